@@ -1,0 +1,52 @@
+// The save directory: per package a file of records (records.h), the changes that are staged.
+//
+// Saving appends, committing empties the file, reverting replaces it by one with fewer records.
+// A commit changes two files, the configuration file and this one, and may be killed in between.
+// Records must then neither be lost nor be applied twice (a list would get elements twice). So
+// before the new configuration file takes its place, a mark is appended here that names it by its
+// inode and time. To every reader the records above a mark are done when the configuration file is
+// the one named, and still to be done otherwise. The mark is a record about a package that cannot
+// be this one, which readers that know nothing of marks skip.
+#pragma once
+
+#include "edit.h"
+#include "files.h"
+#include "model.h"
+
+namespace uci {
+
+/// What reading the staged changes brought.
+struct Staged {
+    size_t applied = 0;     // records that could be applied
+    size_t readable = 0;    // size of the save directory's file without an unfinished last record
+    bool line_open = false; // the last record has no line end
+};
+
+/// Reads the staged changes of a package from all directories of the context, applies them and
+/// lists them in saved_delta.
+/// @param config   identifies the configuration file that was read
+/// @param staging  the file in the save directory when the caller has it locked, else nullptr
+[[nodiscard]] int read_staged(uci_context* ctx, Package& package, const struct stat& config,
+                              const LockedFile* staging, Staged& staged);
+
+/// Opens and locks the package's file in the save directory for changing it.
+/// @return UCI_ERR_NOTFOUND when there is none
+[[nodiscard]] int open_staging(uci_context* ctx, const Package& package, LockedFile& out);
+
+/// Appends the unsaved changes of a package; they are saved changes then. Creates what is missing.
+[[nodiscard]] int append_unsaved(uci_context* ctx, Package& package);
+
+/// Removes the records of a section or option (nullptr: of all) from the file.
+[[nodiscard]] int drop_staged(uci_context* ctx, const Package& package, const char* section,
+                              const char* option);
+
+/// Appends the mark for a configuration file that is about to take its place.
+[[nodiscard]] bool mark_committed(const LockedFile& staging, const Staged& staged,
+                                  const struct stat& config);
+
+/// Takes the mark away again.
+void unmark(const LockedFile& staging, const Staged& staged);
+
+[[nodiscard]] bool empty_staging(const LockedFile& staging);
+
+} // namespace uci
