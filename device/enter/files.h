@@ -1,0 +1,49 @@
+// The file work of entering: descriptors that close themselves, copying the template and removing
+// an instance. Everything below a folder is reached through its descriptor, so that neither a link
+// nor a moved folder can lead the work anywhere else.
+#pragma once
+
+#include <string>
+
+namespace orlo::device {
+
+/// Throws std::system_error ("what: reason from errno") when a system call has failed.
+void check(long result, const std::string& what);
+
+class Fd {
+public:
+    explicit Fd(int fd) : fd_(fd) {}
+    ~Fd();
+    Fd(Fd&& other) noexcept : fd_(other.release()) {}
+    Fd(const Fd&) = delete;
+    Fd& operator=(const Fd&) = delete;
+    Fd& operator=(Fd&&) = delete;
+
+    int get() const { return fd_; }
+    int release();
+
+private:
+    int fd_;
+};
+
+/// Opens a folder, never through a link in its last part.
+Fd open_folder(int parent, const std::string& name);
+
+enum class Sharing {
+    None,
+    Allowed, ///< links, and files too large to be scripts, may be the template's own
+};
+
+/// Copies what `from` holds into the existing folder `to`: files, folders, links and modes.
+void copy_tree(int from, int to, Sharing sharing);
+
+/// Removes `name` below `parent` with all it holds. Links are removed, not followed; a folder of
+/// another file system is left alone, and so are then the folders around it.
+void remove_tree(int parent, const std::string& name) noexcept;
+
+/// Makes a folder and those above it.
+void make_folders(const std::string& path);
+
+void write_file(const std::string& path, const std::string& text);
+
+} // namespace orlo::device

@@ -1,0 +1,40 @@
+// The door into the virtual access point: a throw-away device root in which the library, the tools
+// and the tests run as they do on an access point, without touching the machine they run on.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace orlo::device {
+
+/// How the access point keeps the machine out.
+enum class Mode {
+    Namespaces, ///< own users, mounts, processes and network; programs are read-only
+    Chroot,     ///< own files only, as root without the rights that reach beyond them
+};
+
+struct Entry {
+    std::string root;                 ///< the template, `device-root` of the build folder
+    std::vector<std::string> visible; ///< folders that stay reachable at their own path; in the
+                                      ///< chroot form only again while the program exits
+    bool force_chroot = false;        ///< as ORLO_VIRTUAL_AP=chroot in the environment does
+};
+
+/// The template and the build folder beside the running program.
+Entry entry_beside_program();
+
+/// Makes a fresh access point and returns inside it, in a process of its own, with "/" as working
+/// directory. To be called first thing in main(), while there is one thread.
+///
+/// The calling process stays outside: it waits, hands signals on, ends with the status of the
+/// process inside (128 + n after signal n), and nothing of the access point is left by then, no
+/// file and no background process. When no form is possible, it says so in one sentence on
+/// standard error and ends with status 77.
+///
+/// ORLO_VIRTUAL_AP=namespaces or =chroot in the environment allows only that form.
+Mode enter(const Entry& entry);
+
+/// True in a process that runs inside an access point.
+bool inside();
+
+} // namespace orlo::device

@@ -1,0 +1,56 @@
+#!/bin/sh
+# Stand-in of the script that makes a saved configuration effective, one word SERVICE-PARAMETER for
+# each service to restart. The network's restart brings up the VAPs that the configuration enables
+# and takes the others down. Whoever waits for it waits until its marker has gone.
+# shellcheck source=../lib/device/stand-in.sh
+. /usr/lib/device/stand-in.sh
+record "$@"
+
+marker=/tmp/orlo_network_restarting
+log=/var/log/messages
+
+# Prints the sections whose "disabled" is there and is not "1".
+enabled_sections() {
+    uci -q show wireless |
+        sed -n "s/^wireless\.\(wifi[01][vap0-9]*\)\.disabled='\(.*\)'\$/\1 \2/p" |
+        while read -r section disabled; do
+            [ "$disabled" = 1 ] || printf ' %s ' "$section"
+        done
+}
+
+is_enabled() {
+    case $enabled in
+    *" $1 "*) true ;;
+    *) false ;;
+    esac
+}
+
+restart_network() {
+    enabled=$(enabled_sections)
+    states=
+    for radio in 0 1; do
+        for vap in 0 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15; do
+            new=down
+            if is_enabled "wifi$radio" && is_enabled "wifi${radio}vap$vap"; then
+                new=up
+            fi
+            states="$states wdev${radio}ap$vap $new"
+        done
+    done
+    # shellcheck disable=SC2086 # names and states are words
+    set_interfaces $states
+}
+
+/bin/busybox usleep 20000
+network_restarted=
+for word; do
+    printf '%s: restarting %s\n' "${0##*/}" "${word%-*}" >>"$log"
+    case $word in
+    network-*)
+        restart_network
+        network_restarted=yes
+        ;;
+    esac
+done
+printf '%s: done\n' "${0##*/}" >>"$log"
+[ -z "$network_restarted" ] || rm -f "$marker"
