@@ -1,0 +1,169 @@
+// The program with the real library, in the virtual access point.
+#include <gmock/gmock.h>
+#include <jansson.h>
+#include <memory>
+
+#include "run_program.h"
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+// Behind orloctl: its exit status and the staged changes as they lie there.
+const std::string show_staged = "; echo \"status $?\"; cat /tmp/.uci/* 2>/dev/null";
+
+class OnTheAccessPoint : public testing::Test {
+protected:
+    // Runs a shell script there, in an access point of its own.
+    static Ended there(const std::string& script, const std::string& input = "") {
+        return run_program({{VIRTUAL_AP, "--", "/bin/sh", "-c", script}, input, {}});
+    }
+
+    void SetUp() override {
+        const Ended ended = there("true");
+        if (ended.status == 77) {
+            GTEST_SKIP() << ended.err;
+        }
+        ASSERT_EQ(ended.status, 0) << ended.err;
+    }
+};
+
+} // namespace
+
+TEST_F(OnTheAccessPoint, a_channel_that_is_set_can_be_read_back) {
+    const Ended ended =
+        there("orloctl call api_set_Channel 1 40 && orloctl call api_get_channel 1");
+    EXPECT_EQ(ended.status, 0) << ended.err;
+    EXPECT_EQ(ended.out, "ok\n40\n");
+    EXPECT_EQ(ended.err, "");
+}
+
+TEST_F(OnTheAccessPoint, the_librarys_refusal_is_shown_with_its_reason) {
+    const Ended ended = there("orloctl call 80 1 170");
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.out, "failed (-1)\n");
+    EXPECT_EQ(ended.err, "api_set_Channel: error: Invalid channel 170 for radio 1 !\n");
+}
+
+TEST_F(OnTheAccessPoint, status_as_json_agrees_with_the_table) {
+    const std::string prepare = "orloctl call api_apply_wireless_interface 1 force-disable 36 149 "
+                                "50 && ";
+    const Ended table = there(prepare + "orloctl status");
+    EXPECT_EQ(table.status, 0) << table.err;
+    EXPECT_THAT(table.out, HasSubstr("enabled          yes      no\n"));
+    EXPECT_THAT(table.out, HasSubstr("force-disable    no       yes\n"));
+    EXPECT_THAT(table.out, HasSubstr("channel          6        36\n"));
+    EXPECT_THAT(table.out, HasSubstr("second channel   none     149\n"));
+    EXPECT_THAT(table.out, HasSubstr("50\n"));
+    EXPECT_THAT(table.out, HasSubstr("profile id    not set in this process\n"));
+
+    const Ended json = there(prepare + "orloctl status --json");
+    const std::string text = json.out.substr(json.out.find('{')); // behind prepare's "ok"
+    const std::unique_ptr<json_t, decltype(&json_decref)> object(
+        json_loads(text.c_str(), 0, nullptr), &json_decref);
+    ASSERT_NE(object, nullptr) << json.out;
+    json_t* radio = json_array_get(json_object_get(object.get(), "radios"), 1);
+    EXPECT_TRUE(json_is_false(json_object_get(radio, "enabled")));
+    EXPECT_TRUE(json_is_true(json_object_get(radio, "force_disable")));
+    EXPECT_EQ(json_integer_value(json_object_get(radio, "channel")), 36);
+    EXPECT_EQ(json_integer_value(json_object_get(radio, "second_channel")), 149);
+    EXPECT_EQ(json_integer_value(json_object_get(radio, "power_percent")), 50);
+    json_t* profile = json_object_get(object.get(), "profile");
+    EXPECT_TRUE(json_is_null(json_object_get(profile, "id")));
+}
+
+TEST_F(OnTheAccessPoint, an_option_that_is_not_there_is_unknown) {
+    const Ended ended = there(
+        "sed -i '/option disabled/d; /option txpower/d' /etc/config/wireless; orloctl status");
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_THAT(ended.out, HasSubstr("enabled          unknown  unknown\n"));
+    EXPECT_THAT(ended.out, HasSubstr("power percent    unknown  unknown\n"));
+    EXPECT_THAT(ended.out, HasSubstr("channel          6        36\n"));
+}
+
+TEST_F(OnTheAccessPoint, the_example_applies_and_is_saved) {
+    const Ended ended = there("orloctl apply -" + show_staged + "; orloctl status --json",
+                              file_text(EXAMPLES "/radio-profile.json"));
+    EXPECT_THAT(ended.out, HasSubstr("api_save_config ... ok\nstatus 0\n{\n")) << ended.err;
+    EXPECT_THAT(ended.out, HasSubstr("\"channel\": 36,\n      \"second_channel\": 149,\n"));
+    EXPECT_THAT(ended.out, HasSubstr("\"profile_hash\": \"4f1c0a6e5b7d4b0f9a2e8c3d6b1f7e20\""));
+}
+
+TEST_F(OnTheAccessPoint, without_the_save_changes_stay_staged_and_are_listed) {
+    const Ended ended = there("orloctl apply - --no-save" + show_staged,
+                              R"({"radios": [{"radio": 0, "enabled": false}],
+                                  "profile": {"config_hash": "it's new"}})");
+    EXPECT_THAT(ended.out, HasSubstr("staged, not saved:\n"
+                                     "  orloagent.agent.confighash=it's new\n"
+                                     "  wireless.wifi0.disabled=1\n"
+                                     "status 0\n"));
+    EXPECT_THAT(ended.out, HasSubstr("wireless.wifi0.disabled='1'\n"));
+}
+
+TEST_F(OnTheAccessPoint, after_a_third_operation_that_fails_nothing_is_left_staged) {
+    const Ended ended = there("orloctl apply - --raw" + show_staged,
+                              R"({"radios": [{"radio": 0, "enabled": false},
+                             {"radio": 1, "enabled": false, "channel": 170}]})");
+    EXPECT_EQ(ended.out, "api_apply_radio_status radio 0 ... ok\n"
+                         "api_apply_radio_status radio 1 ... ok\n"
+                         "api_apply_wireless_interface radio 1 ... failed (-1)\n"
+                         "status 1\n");
+    EXPECT_THAT(ended.err, HasSubstr("error: Invalid channel 170 for radio 1 !\n"));
+    EXPECT_THAT(ended.err, HasSubstr("nothing had been committed\n"
+                                     "discarded:\n"
+                                     "  wireless.wifi0.disabled=1\n"
+                                     "  wireless.wifi1.disabled=1\n"
+                                     "not done:\n"
+                                     "  api_save_config\n"));
+}
+
+TEST_F(OnTheAccessPoint, what_was_committed_before_the_failure_is_told) {
+    const Ended ended =
+        there("orloctl apply - --raw" + show_staged,
+              R"({"radios": [{"radio": 1, "enabled": false, "channel": 40, "power_percent": 50},
+                             {"radio": 0, "override": "whatever"}]})");
+    EXPECT_THAT(ended.out, HasSubstr("radio 0 ... failed (-1)\nstatus 1\n"));
+    EXPECT_THAT(ended.err, HasSubstr("committed before the failure, still in force:\n"
+                                     "  wireless.wifi1.disabled=1\n"
+                                     "  wireless.wifi1.channel=40\n"
+                                     "  wireless.wifi1.txpower=Middle\n"));
+}
+
+TEST_F(OnTheAccessPoint, an_operation_that_commits_and_then_fails_is_told_apart) {
+    // the channel is committed, the power of 200 percent is refused
+    const Ended ended =
+        there("orloctl apply - --raw" + show_staged,
+              R"({"radios": [{"radio": 1, "enabled": false, "override": "force-disable",
+                              "channel": 40, "power_percent": 200}]})");
+    EXPECT_THAT(ended.err, HasSubstr("committed before the failure, still in force:\n"
+                                     "  wireless.wifi1.disabled=1\n"
+                                     "  wireless.wifi1.channel=40\n"));
+    EXPECT_THAT(ended.out, StartsWith("api_apply_radio_status radio 1 ... ok\n"
+                                      "api_apply_wireless_interface radio 1 ... failed (-1)\n"
+                                      "status 1\n"));
+    EXPECT_THAT(ended.out, Not(HasSubstr("forceDisable")));
+}
+
+TEST_F(OnTheAccessPoint, changes_that_were_staged_before_are_told) {
+    const Ended ended = there("orloctl call api_apply_radio_status 0 0; orloctl apply - --no-save",
+                              R"({"profile": {"id": 1}})");
+    EXPECT_THAT(ended.err, HasSubstr("orloctl: staged already, and committed or discarded with the "
+                                     "description:\n  wireless.wifi0.disabled=1\n"));
+}
+
+TEST_F(OnTheAccessPoint, a_package_that_cannot_be_read_does_not_stop_the_report) {
+    const Ended ended = there("echo 'config' > /etc/config/broken; orloctl apply - --raw",
+                              R"({"radios": [{"radio": 2, "enabled": true}]})");
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_THAT(ended.err, HasSubstr("nothing had been committed\n"));
+    EXPECT_THAT(ended.err, HasSubstr("packages that cannot be read:\n  broken\n"));
+}
+
+TEST_F(OnTheAccessPoint, a_wrong_description_touches_nothing) {
+    const Ended ended = there("orloctl apply -" + show_staged,
+                              R"({"radios": [{"radio": 0, "enabled": false, "channel": 14}]})");
+    EXPECT_EQ(ended.out, "status 2\n");
+    EXPECT_EQ(ended.err, "orloctl: radios[0].channel: 14 is not 0 or in 1..13\n");
+}

@@ -1,0 +1,97 @@
+// An operation's arguments: what kinds there are, how a word of the command line becomes one, and
+// how one that the operation filled in is shown.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <variant>
+
+#include "json.h"
+
+namespace orloctl {
+
+enum class Kind {
+    integer,     // int
+    number,      // float
+    text,        // const char *
+    text_out,    // char *: a buffer that the operation fills
+    numbers_out, // float *: the twelve percentage steps
+    word_out,    // uint16_t *
+    ignored,     // void *: never read, passed as NULL
+    record,      // struct ... *
+};
+
+struct Parameter {
+    std::string type; // "const char *"
+    std::string name;
+    Kind kind;
+
+    bool takes_word() const { return kind <= Kind::text; }
+    bool is_filled_in() const { return kind >= Kind::text_out && kind <= Kind::word_out; }
+};
+
+using Text = std::optional<std::string>;  // without a value: NULL
+using TextBuffer = std::array<char, 256>; // more than any operation writes (128 bytes)
+using Numbers = std::array<float, 12>;
+
+// Holds nothing for an ignored argument.
+using Argument = std::variant<std::monostate, int, float, Text, TextBuffer, Numbers, uint16_t>;
+
+// The kind that a C type of the table means. A type without a kind does not compile.
+template <class T>
+constexpr Kind kind_of() {
+    if constexpr (std::is_same_v<T, int>) {
+        return Kind::integer;
+    } else if constexpr (std::is_same_v<T, float>) {
+        return Kind::number;
+    } else if constexpr (std::is_same_v<T, const char*>) {
+        return Kind::text;
+    } else if constexpr (std::is_same_v<T, char*>) {
+        return Kind::text_out;
+    } else if constexpr (std::is_same_v<T, float*>) {
+        return Kind::numbers_out;
+    } else if constexpr (std::is_same_v<T, uint16_t*>) {
+        return Kind::word_out;
+    } else if constexpr (std::is_same_v<T, void*>) {
+        return Kind::ignored;
+    } else {
+        static_assert(std::is_class_v<std::remove_pointer_t<T>>, "give this type a kind");
+        return Kind::record;
+    }
+}
+
+// The C value of an argument. `argument` must outlive the call.
+template <class T>
+T pass(Argument& argument) {
+    constexpr Kind kind = kind_of<T>();
+    if constexpr (kind == Kind::integer || kind == Kind::number) {
+        return std::get<T>(argument);
+    } else if constexpr (kind == Kind::text) {
+        const Text& text = std::get<Text>(argument);
+        return text ? text->c_str() : nullptr;
+    } else if constexpr (kind == Kind::text_out) {
+        return std::get<TextBuffer>(argument).data();
+    } else if constexpr (kind == Kind::numbers_out) {
+        return std::get<Numbers>(argument).data();
+    } else if constexpr (kind == Kind::word_out) {
+        return &std::get<uint16_t>(argument);
+    } else {
+        return nullptr; // ignored; records are refused before a call
+    }
+}
+
+// The argument that a word means; `position` counts from 1. Throws a Refusal that names it.
+Argument read_argument(const Parameter& parameter, size_t position, const std::string& word);
+
+// An argument that takes no word, ready for the operation to fill in.
+Argument empty_argument(Kind kind);
+
+// What the operation filled in, for people and for programs.
+std::string shown_argument(const Argument& argument);
+Json argument_json(const Argument& argument);
+
+} // namespace orloctl

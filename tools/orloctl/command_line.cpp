@@ -1,0 +1,128 @@
+#include "command_line.h"
+
+#include <cctype>
+
+#include "exit.h"
+#include "text.h"
+
+namespace orloctl {
+
+namespace {
+
+struct Option {
+    const char* name;
+    const char* command; // whose option it is; "" for every command's
+    bool CommandLine::*flag;
+    std::string CommandLine::*value; // set by options that take a value
+    const char* value_name;
+    const char* help;
+};
+
+const Option options[] = {
+    {"--no-save", "apply", &CommandLine::no_save, nullptr, "",
+     "stage the changes, but do not call api_save_config"},
+    {"--raw", "apply", &CommandLine::raw, nullptr, "",
+     "pass values on unchecked; the library's own refusals show"},
+    {"--json", "", &CommandLine::json, nullptr, "", "print JSON for programs"},
+    {"--library", "", nullptr, &CommandLine::library, "PATH",
+     "load this vendor library (default: the environment's ORLO_LIBRARY, else liborlovendor.so "
+     "beside orloctl, else where the loader finds it)"},
+    {"--verbose", "", &CommandLine::verbose, nullptr, "",
+     "print every log line of the library to standard error"},
+    {"--here", "", &CommandLine::here, nullptr, "",
+     "call operations even where /etc/config/orloagent is missing"},
+    {"--help", "", &CommandLine::help, nullptr, "", "print help; behind a command, the command's"},
+    {"--version", "", &CommandLine::version, nullptr, "", "print the version"},
+};
+
+const Option* find_option(const std::string& name) {
+    for (const Option& option : options) {
+        if (name == option.name || (name == "-h" && option.flag == &CommandLine::help)) {
+            return &option;
+        }
+    }
+    return nullptr;
+}
+
+bool is_option(const std::string& word) {
+    return word.size() > 1 && word[0] == '-' && isdigit(static_cast<unsigned char>(word[1])) == 0;
+}
+
+class Reader {
+public:
+    explicit Reader(const std::vector<std::string>& arguments) : arguments_(arguments) {}
+
+    CommandLine read() {
+        while (next_ < arguments_.size()) {
+            const std::string& word = arguments_[next_++];
+            if (word == "--" && !words_only_) {
+                words_only_ = true;
+            } else if (!words_only_ && is_option(word)) {
+                read_option(word);
+            } else if (line_.command.empty()) {
+                line_.command = word;
+            } else {
+                line_.words.push_back(word);
+            }
+        }
+        check_owners();
+        return line_;
+    }
+
+private:
+    void read_option(const std::string& word) {
+        const size_t equals = word.find('=');
+        const std::string name = word.substr(0, equals);
+        const Option* option = find_option(name);
+        if (option == nullptr) {
+            throw Refusal("unknown option '" + name + "'; 'orloctl --help' lists them");
+        }
+        given_.push_back(option);
+        if (option->value == nullptr) {
+            if (equals != std::string::npos) {
+                throw Refusal("option " + name + " takes no value");
+            }
+            line_.*option->flag = true;
+            return;
+        }
+        if (equals == std::string::npos && next_ == arguments_.size()) {
+            throw Refusal("option " + name + " needs a value: " + name + " " + option->value_name);
+        }
+        line_.*option->value =
+            equals == std::string::npos ? arguments_[next_++] : word.substr(equals + 1);
+    }
+
+    void check_owners() const {
+        for (const Option* option : given_) {
+            if (*option->command != '\0' && line_.command != option->command) {
+                throw Refusal("option " + std::string(option->name) + " belongs to 'orloctl " +
+                              option->command + "'");
+            }
+        }
+    }
+
+    const std::vector<std::string>& arguments_;
+    size_t next_ = 0;
+    bool words_only_ = false;
+    std::vector<const Option*> given_;
+    CommandLine line_;
+};
+
+} // namespace
+
+CommandLine read_command_line(const std::vector<std::string>& arguments) {
+    return Reader(arguments).read();
+}
+
+std::string option_help(const std::string& command) {
+    Table table;
+    for (const Option& option : options) {
+        if (command == option.command) {
+            const std::string value = *option.value_name == '\0' ? "" : " ";
+            table.add({option.name + value + option.value_name, option.help});
+        }
+    }
+    return table.text(2);
+}
+
+} // namespace orloctl

@@ -1,0 +1,29 @@
+// What the person typed: a command, its words, and options, which may stand anywhere.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace orloctl {
+
+struct CommandLine {
+    std::string command; // "" when none is given
+    std::vector<std::string> words;
+    std::string library; // "" when not named
+    bool json = false;
+    bool verbose = false;
+    bool here = false;
+    bool help = false;
+    bool version = false;
+    bool no_save = false;
+    bool raw = false;
+};
+
+// Negative numbers are words, and so is everything behind "--". Throws a Refusal for an option that
+// is unknown or not the command's.
+CommandLine read_command_line(const std::vector<std::string>& arguments);
+
+// The options of a command ("" for those that all commands take), as lines of its help.
+std::string option_help(const std::string& command);
+
+} // namespace orloctl

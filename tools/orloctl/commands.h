@@ -1,0 +1,25 @@
+// The commands of orloctl. Each has a file of its own; the table is in main.cpp.
+#pragma once
+
+#include <string>
+
+#include "command_line.h"
+#include "exit.h"
+#include "output.h"
+
+namespace orloctl {
+
+struct Command {
+    const char* name;
+    const char* usage;   // behind "orloctl"
+    const char* summary; // one line
+    std::string (*help)();
+    Exit (*run)(const CommandLine& line, Output& output);
+};
+
+extern const Command ops_command;
+extern const Command call_command;
+extern const Command apply_command;
+extern const Command status_command;
+
+} // namespace orloctl

@@ -1,0 +1,211 @@
+#include "operations.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
+
+#include "exit.h"
+#include "text.h"
+
+namespace orloctl {
+
+namespace {
+
+// The mechanical part of an operation, made by the compiler from its member of the table.
+template <auto Member>
+struct Caller;
+
+template <class R, class... A, R (*vendor_ops::*Member)(A...)>
+struct Caller<Member> {
+    static std::vector<Kind> kinds() { return {kind_of<A>()...}; }
+
+    static Result call(const vendor_ops& ops, std::vector<Argument>& arguments) {
+        return call(ops, arguments, std::index_sequence_for<A...>());
+    }
+
+private:
+    template <size_t... I>
+    static Result call(const vendor_ops& ops, [[maybe_unused]] std::vector<Argument>& arguments,
+                       std::index_sequence<I...>) {
+        if constexpr (std::is_void_v<R>) {
+            (ops.*Member)(pass<A>(arguments[I])...);
+            return std::monostate();
+        } else {
+            return take((ops.*Member)(pass<A>(arguments[I])...));
+        }
+    }
+};
+
+// One entry of the list as it stands there.
+struct Listed {
+    int slot;
+    Meaning meaning;
+    const char* result;
+    const char* name;
+    const char* parameters; // "(int radio, int channel)"
+    const char* summary;
+    std::vector<Kind> (*kinds)();
+    Result (*call)(const vendor_ops&, std::vector<Argument>&);
+};
+
+template <auto Member>
+constexpr Listed entry(int slot, Meaning meaning, const char* result, const char* name,
+                       const char* parameters, const char* summary) {
+    return {slot,
+            meaning,
+            result,
+            name,
+            parameters,
+            summary,
+            &Caller<Member>::kinds,
+            &Caller<Member>::call};
+}
+
+const Listed listed[] = {
+#define ORLO_OP(slot, result, name, parameters, meaning, summary)                                  \
+    entry<&vendor_ops::name>(slot, Meaning::meaning, #result, #name, #parameters, summary),
+#include "orlo/operations.def"
+};
+
+// Splits "(const char *path, int radio)" into types and names.
+std::vector<Parameter> named_parameters(const std::string& list, const std::vector<Kind>& kinds) {
+    std::vector<Parameter> parameters;
+    size_t start = 1;
+    for (const Kind kind : kinds) {
+        const size_t end = list.find_first_of(",)", start);
+        const std::string declaration = list.substr(start, end - start);
+        const size_t name = declaration.find_last_of("* ") + 1;
+        std::string type = declaration.substr(0, name);
+        type.erase(type.find_last_not_of(' ') + 1);
+        parameters.push_back({type, declaration.substr(name), kind});
+        start = list.find_first_not_of(' ', end + 1);
+    }
+    return parameters;
+}
+
+std::string prototype(const Listed& entry) {
+    const std::string result = entry.result;
+    return result + (result.back() == '*' ? "" : " ") + entry.name + entry.parameters;
+}
+
+std::vector<Operation> all_operations() {
+    std::vector<Operation> all;
+    for (const Listed& entry : listed) {
+        all.push_back({entry.slot, entry.name, prototype(entry), entry.result, entry.meaning,
+                       entry.summary, named_parameters(entry.parameters, entry.kinds()),
+                       entry.call});
+    }
+    return all;
+}
+
+// How many letters must be put in, left out or replaced to come from one name to the other.
+size_t distance(const std::string& a, const std::string& b) {
+    std::vector<size_t> row(b.size() + 1);
+    for (size_t j = 0; j <= b.size(); j++) {
+        row[j] = j;
+    }
+    for (size_t i = 1; i <= a.size(); i++) {
+        size_t diagonal = row[0];
+        row[0] = i;
+        for (size_t j = 1; j <= b.size(); j++) {
+            const size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
+            diagonal = row[j];
+            row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
+        }
+    }
+    return row[b.size()];
+}
+
+std::string proposal(const std::string& name) {
+    constexpr size_t farthest = 3;
+    constexpr size_t longest = 64; // no operation's name is longer
+    const Operation* nearest = nullptr;
+    size_t best = farthest + 1;
+    for (const Operation& operation : operations()) {
+        const size_t away =
+            name.size() > longest ? best : distance(lower_case(name), lower_case(operation.name));
+        if (away < best) {
+            best = away;
+            nearest = &operation;
+        }
+    }
+    return nearest == nullptr ? "" : "; did you mean " + nearest->name + "?";
+}
+
+} // namespace
+
+bool Operation::takes_record() const {
+    return std::any_of(parameters.begin(), parameters.end(),
+                       [](const Parameter& parameter) { return parameter.kind == Kind::record; });
+}
+
+std::string Operation::usage() const {
+    std::string words = name;
+    for (const Parameter& parameter : parameters) {
+        if (parameter.takes_word()) {
+            words += " " + upper_case(parameter.name);
+        }
+    }
+    return words;
+}
+
+const std::vector<Operation>& operations() {
+    static const std::vector<Operation> all = all_operations();
+    return all;
+}
+
+const Operation& find_operation(const std::string& name_or_slot) {
+    const std::vector<Operation>& all = operations();
+    size_t slot = 0;
+    const char* end = name_or_slot.data() + name_or_slot.size();
+    const auto number = std::from_chars(name_or_slot.data(), end, slot);
+    if (number.ptr == end && !name_or_slot.empty()) {
+        if (number.ec != std::errc() || slot >= all.size()) {
+            throw Refusal("slot " + name_or_slot + " does not exist: slots are 0 to " +
+                          std::to_string(all.size() - 1));
+        }
+        return all[slot];
+    }
+    const auto found = std::find_if(all.begin(), all.end(), [&](const Operation& operation) {
+        return operation.name == name_or_slot;
+    });
+    if (found == all.end()) {
+        throw Refusal("unknown operation '" + name_or_slot + "'" + proposal(name_or_slot) +
+                      " ('orloctl ops WORD' searches)");
+    }
+    return *found;
+}
+
+std::vector<Argument> read_arguments(const Operation& operation,
+                                     const std::vector<std::string>& words) {
+    size_t wanted = 0;
+    for (const Parameter& parameter : operation.parameters) {
+        if (parameter.kind == Kind::record) {
+            const std::string type = parameter.type.substr(parameter.type.find("struct"));
+            throw Refusal(operation.name + " takes a record (" + type.substr(0, type.find(" *")) +
+                          "); describe it in a file and use 'orloctl apply' ('orloctl apply "
+                          "--help' lists what a file can describe)");
+        }
+        wanted += parameter.takes_word() ? 1 : 0;
+    }
+    if (words.size() != wanted) {
+        throw Refusal(operation.name + " takes " + std::to_string(wanted) +
+                      (wanted == 1 ? " argument, " : " arguments, ") +
+                      std::to_string(words.size()) + " given; usage: orloctl call " +
+                      operation.usage());
+    }
+    std::vector<Argument> arguments;
+    size_t next = 0;
+    for (const Parameter& parameter : operation.parameters) {
+        if (parameter.takes_word()) {
+            arguments.push_back(read_argument(parameter, next + 1, words[next]));
+            next++;
+        } else {
+            arguments.push_back(empty_argument(parameter.kind));
+        }
+    }
+    return arguments;
+}
+
+} // namespace orloctl

@@ -1,0 +1,38 @@
+// What orloctl knows of the 132 operations: all of it comes from orlo/operations.def.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "argument.h"
+#include "result.h"
+
+namespace orloctl {
+
+struct Operation {
+    int slot;
+    std::string name;
+    std::string prototype; // "int api_set_Channel(int radio, int channel)"
+    std::string result;    // "int"
+    Meaning meaning;
+    std::string summary;
+    std::vector<Parameter> parameters;
+    Result (*call)(const vendor_ops& ops, std::vector<Argument>& arguments);
+
+    bool takes_record() const;
+
+    // "api_set_Channel RADIO CHANNEL": the words of a call.
+    std::string usage() const;
+};
+
+// In slot order.
+const std::vector<Operation>& operations();
+
+// By name or slot number. Throws a Refusal that proposes what may have been meant.
+const Operation& find_operation(const std::string& name_or_slot);
+
+// Checks and types the words of a call; arguments that take no word are added. Throws a Refusal.
+std::vector<Argument> read_arguments(const Operation& operation,
+                                     const std::vector<std::string>& words);
+
+} // namespace orloctl

@@ -1,0 +1,35 @@
+#include "output.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace orloctl {
+
+Output::Output() : descriptor_(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
+    if (descriptor_ < 0) {
+        error_ = errno;
+        return;
+    }
+    dup2(STDERR_FILENO, STDOUT_FILENO);
+}
+
+Output::~Output() {
+    if (descriptor_ >= 0) {
+        close(descriptor_);
+    }
+}
+
+void Output::print(const std::string& text) {
+    size_t written = 0;
+    while (written < text.size() && error_ == 0) {
+        const ssize_t count = write(descriptor_, text.data() + written, text.size() - written);
+        if (count >= 0) {
+            written += static_cast<size_t>(count);
+        } else if (errno != EINTR) {
+            error_ = errno;
+        }
+    }
+}
+
+} // namespace orloctl

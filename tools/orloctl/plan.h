@@ -1,0 +1,27 @@
+// The operations that a description causes, in the agent's order.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "description.h"
+#include "orlo/vendor_ops.h"
+
+namespace orloctl {
+
+struct Step {
+    std::string operation;
+    std::optional<int> radio; // whose step it is
+    std::function<int(const vendor_ops&)> call;
+
+    std::string title() const {
+        return radio ? operation + " radio " + std::to_string(*radio) : operation;
+    }
+};
+
+// Each radio's status, then its channels and power; the hashes and the profile id; the save.
+std::vector<Step> plan(const Description& description, bool save);
+
+} // namespace orloctl
