@@ -1,0 +1,68 @@
+#include "support/door.h"
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace orlo::test {
+
+Door& Door::instance() {
+    static Door door;
+    return door;
+}
+
+void Door::fail(Call call, int n) {
+    calls_left_[static_cast<int>(call)] = n;
+}
+
+void Door::fail_always(Call call) {
+    always_fails_[static_cast<int>(call)] = true;
+}
+
+bool Door::should_fail(Call call) {
+    int& left = calls_left_[static_cast<int>(call)];
+    const bool reached = left == 1;
+    left -= left > 0 ? 1 : 0;
+    return reached || always_fails_[static_cast<int>(call)];
+}
+
+void Door::listed_packages() {
+    all_packages_ = true;
+    record("list");
+}
+
+// A commit of all packages is one line, however many there are.
+void Door::on_package(const char* verb, const std::string& package, bool failed) {
+    if (!all_packages_) {
+        record(std::string(verb) + " " + package + (failed ? " (failed)" : ""));
+        return;
+    }
+    if (lines_.back() == "list") {
+        lines_.back() = std::string(verb) + " all";
+    }
+    if (failed) {
+        lines_.back() += " (failed at " + package + ")";
+    }
+}
+
+void Door::slept(unsigned seconds) {
+    record("sleep " + std::to_string(seconds));
+    sleeps_++;
+    if (on_sleep) {
+        on_sleep(sleeps_);
+    } else {
+        usleep(1000); // background commands get on
+    }
+}
+
+Trace Door::trace(const std::vector<std::string>& kinds) const {
+    Trace chosen;
+    for (const std::string& line : lines_) {
+        const std::string kind = line.substr(0, line.find(' '));
+        if (std::find(kinds.begin(), kinds.end(), kind) != kinds.end()) {
+            chosen.push_back(line);
+        }
+    }
+    return chosen;
+}
+
+} // namespace orlo::test

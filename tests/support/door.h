@@ -1,0 +1,90 @@
+// The door: every way in which the library reaches out of itself, watched and made to fail on
+// demand. The test program defines the functions that the library calls (log, store, shell, files,
+// sleep); calls from elsewhere in the process pass through unseen.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace orlo::test {
+
+// What the library did, one line each:
+//
+//     log api_set_Channel: Entering... radio:0 channel:6     module 5, level 5
+//     log 7/0 api_save_config: ...                           any other module and level
+//     set wireless.wifi0.channel=6                           add, del, delete: likewise
+//     commit wireless                                        or "commit all", "revert all"
+//     run /usr/sbin/iwconfig wdev0 commit
+//     read ifconfig | grep ...
+//     sleep 3
+//
+// What failed ends in " (failed)".
+using Trace = std::vector<std::string>;
+
+enum class Call {
+    access,
+    fopen,
+    popen,
+    socket,
+    system,
+    uci_add_list,
+    uci_alloc_context,
+    uci_commit,
+    uci_del_list,
+    uci_delete,
+    uci_list_configs,
+    uci_lookup_ptr,
+    uci_revert,
+    uci_save,
+    uci_set,
+    count
+};
+
+class Door {
+public:
+    static Door& instance();
+
+    // Makes the n-th call from now fail as the real one would; 1 is the next.
+    void fail(Call call, int n = 1);
+
+    // Makes every call from now on fail.
+    void fail_always(Call call);
+
+    // Everything since the last forget(), or the lines of some kinds only: {"set", "run"}.
+    const Trace& trace() const { return lines_; }
+    Trace trace(const std::vector<std::string>& kinds) const;
+    void forget() { lines_.clear(); }
+
+    // Lets the library's next fopen open another file.
+    void redirect(const std::string& path) { redirection_ = path; }
+
+    // Called at each sleep of the library, with the number of sleeps so far. The library never
+    // really sleeps here.
+    std::function<void(int)> on_sleep;
+
+    // Whether the agent keeps debug lines.
+    bool debug_enabled = true;
+
+    // For the functions behind the door.
+    bool should_fail(Call call);
+    std::string take_redirection() { return std::exchange(redirection_, std::string()); }
+    void record(const std::string& line) { lines_.push_back(line); }
+    void listed_packages();
+    void on_package(const char* verb, const std::string& package, bool failed);
+    void released_context() { all_packages_ = false; }
+    void slept(unsigned seconds);
+
+private:
+    static constexpr int call_count = static_cast<int>(Call::count);
+
+    Trace lines_;
+    std::string redirection_;
+    bool all_packages_ = false;       // the context in use has listed all packages
+    int calls_left_[call_count] = {}; // up to the one that fails; 0: none will
+    bool always_fails_[call_count] = {};
+    int sleeps_ = 0;
+};
+
+} // namespace orlo::test

@@ -1,0 +1,235 @@
+// The functions behind the door. They stand in the test program, so the library finds them before
+// the real ones; calls that do not come from the library go straight on.
+#include "orlo/debug.h"
+#include "support/access_point.h"
+#include "support/door.h"
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <sys/socket.h>
+#include <uci.h>
+#include <unistd.h>
+
+using orlo::test::Call;
+using orlo::test::Door;
+
+namespace {
+
+// The function that would have been called without the door.
+template <class Function>
+Function* real(const char* name, Function* /*like*/) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+#define REAL(function) (real(#function, &::function))
+
+// Whether code lies in the object that holds the operations table.
+bool is_library(const void* code) {
+    static const void* const library = [] {
+        Dl_info table;
+        dladdr(dlsym(orlo::test::vendor_library(), "Vendor_Ops"), &table);
+        return static_cast<const void*>(table.dli_fbase);
+    }();
+    Dl_info caller;
+    return dladdr(code, &caller) != 0 && caller.dli_fbase == library;
+}
+#define CALLED_BY_LIBRARY is_library(__builtin_return_address(0))
+
+Door& door() {
+    return Door::instance();
+}
+
+std::string path_of(const uci_ptr& found) {
+    std::string path = found.package == nullptr ? "" : found.package;
+    for (const char* part : {found.section, found.option}) {
+        path += part == nullptr ? "" : std::string(".") + part;
+    }
+    return path;
+}
+
+// A store call that edits: recorded with its outcome.
+template <class Function>
+int edit(Call call, const char* verb, bool with_value, Function* function, uci_context* context,
+         uci_ptr* found) {
+    const std::string line = std::string(verb) + " " + path_of(*found) +
+                             (with_value ? std::string("=") + found->value : std::string());
+    const int result = door().should_fail(call) ? UCI_ERR_IO : function(context, found);
+    door().record(line + (result == UCI_OK ? "" : " (failed)"));
+    return result;
+}
+
+} // namespace
+
+extern "C" {
+
+void orlo_agent_debug_log(int module, int level, const char* function_name, int /*line*/,
+                          const char* format, ...) {
+    char message[4096];
+    va_list arguments;
+    va_start(arguments, format);
+    vsnprintf(message, sizeof message, format, arguments);
+    va_end(arguments);
+
+    std::string line = "log ";
+    if (module != 5 || level != 5) {
+        line += std::to_string(module) + "/" + std::to_string(level) + " ";
+    }
+    line += std::string(function_name) + ": " + message;
+    if (line.back() == '\n') {
+        line.pop_back();
+    } else {
+        line += " (no line end)";
+    }
+    door().record(line);
+}
+
+int is_debug_module_level_enabled(int module, int level) {
+    return module == 5 && level == 5 && door().debug_enabled ? 1 : 0;
+}
+
+unsigned sleep(unsigned seconds) {
+    if (!CALLED_BY_LIBRARY) {
+        return REAL(sleep)(seconds);
+    }
+    door().slept(seconds);
+    return 0;
+}
+
+int system(const char* command) {
+    if (!CALLED_BY_LIBRARY) {
+        return REAL(system)(command);
+    }
+    if (door().should_fail(Call::system)) {
+        door().record(std::string("run ") + command + " (failed)");
+        errno = EAGAIN;
+        return -1;
+    }
+    door().record(std::string("run ") + command);
+    return REAL(system)(command);
+}
+
+FILE* popen(const char* command, const char* mode) {
+    if (!CALLED_BY_LIBRARY) {
+        return REAL(popen)(command, mode);
+    }
+    if (door().should_fail(Call::popen)) {
+        door().record(std::string("read ") + command + " (failed)");
+        errno = EMFILE;
+        return nullptr;
+    }
+    door().record(std::string("read ") + command);
+    return REAL(popen)(command, mode);
+}
+
+FILE* fopen(const char* path, const char* mode) {
+    if (!CALLED_BY_LIBRARY) {
+        return REAL(fopen)(path, mode);
+    }
+    if (door().should_fail(Call::fopen)) {
+        errno = EMFILE;
+        return nullptr;
+    }
+    const std::string other = door().take_redirection();
+    return REAL(fopen)(other.empty() ? path : other.c_str(), mode);
+}
+
+int access(const char* path, int mode) {
+    if (CALLED_BY_LIBRARY && door().should_fail(Call::access)) {
+        errno = ENOENT;
+        return -1;
+    }
+    return REAL(access)(path, mode);
+}
+
+int socket(int domain, int type, int protocol) {
+    if (CALLED_BY_LIBRARY && door().should_fail(Call::socket)) {
+        errno = EMFILE;
+        return -1;
+    }
+    return REAL(socket)(domain, type, protocol);
+}
+
+uci_context* uci_alloc_context() {
+    const bool fails = CALLED_BY_LIBRARY && door().should_fail(Call::uci_alloc_context);
+    return fails ? nullptr : REAL(uci_alloc_context)();
+}
+
+void uci_free_context(uci_context* context) {
+    if (CALLED_BY_LIBRARY) {
+        door().released_context();
+    }
+    REAL(uci_free_context)(context);
+}
+
+int uci_lookup_ptr(uci_context* context, uci_ptr* found, char* text, bool extended) {
+    const bool fails = CALLED_BY_LIBRARY && door().should_fail(Call::uci_lookup_ptr);
+    return fails ? UCI_ERR_IO : REAL(uci_lookup_ptr)(context, found, text, extended);
+}
+
+int uci_set(uci_context* context, uci_ptr* found) {
+    return CALLED_BY_LIBRARY ? edit(Call::uci_set, "set", true, REAL(uci_set), context, found)
+                             : REAL(uci_set)(context, found);
+}
+
+int uci_add_list(uci_context* context, uci_ptr* found) {
+    return CALLED_BY_LIBRARY
+               ? edit(Call::uci_add_list, "add", true, REAL(uci_add_list), context, found)
+               : REAL(uci_add_list)(context, found);
+}
+
+int uci_del_list(uci_context* context, uci_ptr* found) {
+    return CALLED_BY_LIBRARY
+               ? edit(Call::uci_del_list, "del", true, REAL(uci_del_list), context, found)
+               : REAL(uci_del_list)(context, found);
+}
+
+int uci_delete(uci_context* context, uci_ptr* found) {
+    return CALLED_BY_LIBRARY
+               ? edit(Call::uci_delete, "delete", false, REAL(uci_delete), context, found)
+               : REAL(uci_delete)(context, found);
+}
+
+int uci_save(uci_context* context, uci_package* package) {
+    const bool fails = CALLED_BY_LIBRARY && door().should_fail(Call::uci_save);
+    return fails ? UCI_ERR_IO : REAL(uci_save)(context, package);
+}
+
+int uci_commit(uci_context* context, uci_package** package, bool overwrite) {
+    if (!CALLED_BY_LIBRARY) {
+        return REAL(uci_commit)(context, package, overwrite);
+    }
+    const std::string name = (*package)->e.name + std::string(overwrite ? " (overwriting)" : "");
+    const int result = door().should_fail(Call::uci_commit)
+                           ? UCI_ERR_IO
+                           : REAL(uci_commit)(context, package, overwrite);
+    door().on_package("commit", name, result != UCI_OK);
+    return result;
+}
+
+int uci_revert(uci_context* context, uci_ptr* found) {
+    if (!CALLED_BY_LIBRARY) {
+        return REAL(uci_revert)(context, found);
+    }
+    const std::string path = path_of(*found);
+    const int result =
+        door().should_fail(Call::uci_revert) ? UCI_ERR_IO : REAL(uci_revert)(context, found);
+    door().on_package("revert", path, result != UCI_OK);
+    return result;
+}
+
+int uci_list_configs(uci_context* context, char*** names) {
+    if (!CALLED_BY_LIBRARY) {
+        return REAL(uci_list_configs)(context, names);
+    }
+    if (door().should_fail(Call::uci_list_configs)) {
+        door().record("list (failed)");
+        return UCI_ERR_NOTFOUND;
+    }
+    door().listed_packages();
+    return REAL(uci_list_configs)(context, names);
+}
+
+} // extern "C"
