@@ -102,7 +102,7 @@ for file in "$@"; do
 done
 install_needed_libraries "$dash" "$lua" "$openssl" "$@"
 chmod -R a+rX,u+w "$new"
-chmod -R a+x "$new/bin" "$new/sbin" "$new/usr/bin" "$new/usr/sbin"
+chmod -R a+x "$new/bin" "$new/sbin" "$new/usr/bin" "$new/usr/sbin" "$new/usr/share/demo"
 if [ -d "$output" ]; then
     mv "$output" "$old"
 fi
