@@ -69,7 +69,7 @@ struct radius_server {
 /* An address in a list. The agent allocates each node with malloc(). */
 struct mac_list_node {
     const char* mac; /* "aa:bb:cc:dd:ee:ff", unchecked but not empty; stays the agent's */
-    struct mac_list_node* next; /* NULL at the end */
+    struct mac_list_node* next; /* NULL at the end: the list must have one */
 };
 
 /*
