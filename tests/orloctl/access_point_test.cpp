@@ -91,6 +91,84 @@ TEST_F(OnTheAccessPoint, the_example_applies_and_is_saved) {
     EXPECT_THAT(ended.out, HasSubstr("\"profile_hash\": \"4f1c0a6e5b7d4b0f9a2e8c3d6b1f7e20\""));
 }
 
+TEST_F(OnTheAccessPoint, the_office_applies_and_is_up) {
+    const Ended ended = there("orloctl apply /usr/share/examples/office.json; echo \"status $?\"; "
+                              "orloctl status; uci show wireless.wifi1vap0");
+    EXPECT_THAT(ended.out, StartsWith("api_apply_radio_status radio 0 ... ok\n"
+                                      "api_apply_radio radio 0 ... ok\n"
+                                      "api_apply_hw_specific radio 0 ... ok\n"
+                                      "api_apply_wireless_interface radio 0 ... ok\n"
+                                      "api_apply_vap radio 0 ... ok\n"
+                                      "api_apply_radio_status radio 1 ... ok\n"
+                                      "api_apply_radio radio 1 ... ok\n"
+                                      "api_apply_hw_specific radio 1 ... ok\n"
+                                      "api_apply_wireless_interface radio 1 ... ok\n"
+                                      "api_apply_vap radio 1 ... ok\n"
+                                      "api_profile_set_hash ... ok\n"
+                                      "api_config_set_hash ... ok\n"
+                                      "api_set_profile_id ... ok\n"
+                                      "api_save_config ... ok\n"
+                                      "status 0\n"))
+        << ended.err;
+    EXPECT_THAT(ended.out, HasSubstr("radio  VAP  state  VLAN  security   hidden  SSID\n"
+                                     "0      0    up     40    WEP        no      Office Scanners\n"
+                                     "0      1    up     20    WPA2+WPA3  no      Office\n"
+                                     "0      2    up     30    open       no      Office Guests\n"
+                                     "1      0    up     10    WPA2 ent   no      Office Staff\n"
+                                     "1      1    up     20    WPA2+WPA3  no      Office\n"
+                                     "1      2    up     30    open       no      Office Guests\n"
+                                     "1      3    up     50    WPA3       yes     Office Lab\n"
+                                     "\n"));
+    for (const char* option :
+         {"auth_server='192.0.2.11'", "auth_secret_second='second-radius-secret'",
+          "mobility_domain='4f46'", "ieee80211r='1'", "wpa_group_rekey='3600'",
+          "key_holder_list='02:00:00:00:01:00' '02:00:00:00:01:10'"}) {
+        EXPECT_THAT(ended.out, HasSubstr(std::string("wireless.wifi1vap0.") + option + "\n"));
+    }
+    EXPECT_EQ(ended.err, "");
+}
+
+TEST_F(OnTheAccessPoint, a_vap_that_the_library_refuses_leaves_nothing_staged) {
+    const Ended ended = there("orloctl apply - --raw" + show_staged,
+                              R"({"radios": [{"radio": 1, "settings": {"max_stations": 12},
+                                  "vaps": [{"vap": 1, "ssid": "a", "vlan_id": 5},
+                                           {"vap": 3, "ssid": "b", "vlan_id": 0}]}]})");
+    EXPECT_EQ(ended.out, "api_apply_radio radio 1 ... ok\n"
+                         "api_apply_vap radio 1 ... failed (-2)\n"
+                         "status 1\n");
+    EXPECT_THAT(ended.err, HasSubstr("Set vlan_id: 0 Failed\n"));
+    EXPECT_THAT(ended.err, HasSubstr("nothing had been committed\n"
+                                     "discarded:\n"
+                                     "  wireless.wifi1.max_client=12\n"
+                                     "not done:\n"
+                                     "  api_save_config\n"));
+}
+
+TEST_F(OnTheAccessPoint, key_holders_of_a_refused_radio_are_not_lost) {
+    // the second VAP is refused, when the list of the first one has been consumed
+    const std::string roaming = R"("fast_roaming": {"status": true, "aes_key": "k",
+        "key_holder_list": ["02:00:00:00:00:01"], "ft": {"status": true, "ft_over_ds": true,
+        "mobility_domain": "m", "r0_key_lifetime": 1, "reassoc_deadline": 1000}}})";
+    const Ended ended =
+        there("orloctl apply - --raw" + show_staged,
+              R"({"radios": [{"radio": 0, "vaps": [
+                                  {"vap": 1, "ssid": "a", "vlan_id": 5, )" +
+                  roaming + R"(, {"vap": 2, "ssid": "b", "vlan_id": 0, )" + roaming + "]}]}");
+    EXPECT_THAT(ended.out, HasSubstr("api_apply_vap radio 0 ... failed (-2)\nstatus 1\n"));
+    EXPECT_THAT(ended.err, Not(HasSubstr("AddressSanitizer")));
+    EXPECT_THAT(ended.err, Not(HasSubstr("LeakSanitizer")));
+}
+
+TEST_F(OnTheAccessPoint, a_record_on_the_command_line_is_applied) {
+    const Ended ended =
+        there("orloctl call api_apply_radio "
+              "'{\"interface_name\": \"wlan0\", \"max_stations\": 12}'; "
+              "orloctl call api_apply_radio --raw '{\"interface_name\": \"wlan2\"}'; "
+              "uci get wireless.wifi0.max_client");
+    EXPECT_EQ(ended.out, "ok\nfailed (-2)\n12\n");
+    EXPECT_EQ(ended.err, "api_apply_radio: Invalid radio interface_name is wlan2\n");
+}
+
 TEST_F(OnTheAccessPoint, without_the_save_changes_stay_staged_and_are_listed) {
     const Ended ended = there("orloctl apply - --no-save" + show_staged,
                               R"({"radios": [{"radio": 0, "enabled": false}],

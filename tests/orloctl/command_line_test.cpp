@@ -63,7 +63,8 @@ TEST(CommandLine, what_is_no_option_is_refused_in_a_sentence) {
     EXPECT_EQ(refusal({"-x"}), "unknown option '-x'; 'orloctl --help' lists them");
     EXPECT_EQ(refusal({"ops", "--library"}), "option --library needs a value: --library PATH");
     EXPECT_EQ(refusal({"ops", "--json=1"}), "option --json takes no value");
-    EXPECT_EQ(refusal({"ops", "--raw"}), "option --raw belongs to 'orloctl apply'");
+    EXPECT_EQ(refusal({"ops", "--raw"}),
+              "option --raw belongs to 'orloctl apply' and 'orloctl call'");
     EXPECT_EQ(refusal({"--no-save", "status"}), "option --no-save belongs to 'orloctl apply'");
     EXPECT_EQ(refusal({"--raw", "apply", "x", "--no-save"}), "accepted");
 }

@@ -62,6 +62,34 @@ std::string written(uint16_t* value) {
     return "word";
 }
 
+std::string written(const radio_settings* value) {
+    return value == nullptr ? "NULL" : "{" + written(value->interface_name) + "}";
+}
+
+std::string written(hw_specific_settings* value) {
+    return value == nullptr ? "NULL" : "{" + written(value->mode) + "}";
+}
+
+// Consumes the lists of key holders, as the library does.
+std::string written(vap_settings* value) {
+    std::string vaps;
+    for (int vap = 0; value != nullptr && vap < ORLO_VAPS_PER_RADIO; vap++) {
+        if (value[vap].status == 0) {
+            continue;
+        }
+        vaps += " " + std::to_string(vap) + "=" + written(value[vap].ssid);
+        mac_list& list = value[vap].fast_roaming.key_holder_list;
+        while (list.head != nullptr) {
+            mac_list_node* node = list.head;
+            list.head = node->next;
+            vaps += std::string(" ") + node->mac;
+            free(node);
+        }
+        list.tail = nullptr;
+    }
+    return value == nullptr ? "NULL" : "{" + vaps + " }";
+}
+
 template <class R>
 R answer(const char* name) {
     const bool failed = fails(name);
@@ -120,8 +148,50 @@ DOUBLE_API int uciRevertValue(const char* package, const char* key) {
 
 // Only radio 0 has readable options.
 DOUBLE_API int uciGetValue(const char* package, const char* key, char* out, size_t size) {
-    snprintf(out, size, "%s", package);
-    return strncmp(key, "wifi0", 5) == 0 ? 0 : -1;
+    const struct {
+        const char* key;
+        const char* value;
+    } options[] = {
+        {"wifi0vap0.ssid", "two\nlines"},
+        {"wifi0vap0.vlan_id", "20"},
+        {"wifi0vap0.security", "wpa-ent"},
+        {"wifi0vap0.wpaversion", "mixed"},
+        {"wifi0vap1.security", "wpa-psk"},
+        {"wifi0vap1.wpaversion", "wpa2mixed"},
+        {"wifi0vap0.hidden", "0"},
+        {"wifi0vap1.hidden", "1"},
+        {"wifi0vap1.vlan_id", "4094"},
+        {"wifi0vap1.ssid", "Caf\xC3\xA9 1234567890 1234567890 1234"},
+        {"wifi0vap2.security", "none"},
+        {"wifi0vap3.security", "wep"},
+        {"wifi0vap4.security", "something"},
+    };
+    if (strstr(key, "vap") == nullptr) {
+        snprintf(out, size, "%s", package);
+        return strncmp(key, "wifi0", 5) == 0 ? 0 : -1;
+    }
+    for (const auto& option : options) {
+        if (strcmp(option.key, key) == 0) {
+            snprintf(out, size, "%s", option.value);
+            return 0;
+        }
+    }
+    return -1;
+}
+
+DOUBLE_API const char* get_uci_ifname(int radio, int vap) {
+    static char name[32];
+    snprintf(name, sizeof name, "wifi%dvap%d", radio, vap);
+    return name;
+}
+
+// The first two VAPs of radio 0, of which the second is down.
+DOUBLE_API int is_vap_enabled(int radio, int vap) {
+    return radio == 0 && vap < 2 ? 1 : 0;
+}
+
+DOUBLE_API int is_vap_up(int radio, int vap) {
+    return radio == 0 && vap == 0 ? 1 : 0;
 }
 
 DOUBLE_API int is_radio_enabled(int radio) {

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "exit.h"
+#include "run_program.h"
 
 using namespace orloctl;
 using testing::HasSubstr;
@@ -22,7 +23,7 @@ std::string refusal(Function function) {
 }
 
 std::string call_refusal(const std::string& operation, const std::vector<std::string>& words) {
-    return refusal([&] { read_arguments(find_operation(operation), words); });
+    return refusal([&] { read_arguments(find_operation(operation), words, true); });
 }
 
 } // namespace
@@ -92,15 +93,66 @@ TEST(Operations, a_wrong_argument_is_named) {
               "argument 2 (channel): 'abc' is not an integer");
 }
 
-TEST(Operations, operations_that_take_a_record_are_refused_for_now) {
-    EXPECT_THAT(call_refusal("api_apply_vap", {"1"}),
-                HasSubstr("takes a record (struct vap_settings); describe it in a file and use "
-                          "'orloctl apply'"));
-    EXPECT_THAT(call_refusal("api_apply_snmp", {}), HasSubstr("(struct snmp_settings)"));
+TEST(Operations, records_that_are_not_described_are_refused_for_now) {
+    EXPECT_THAT(call_refusal("api_apply_snmp", {}),
+                HasSubstr("api_apply_snmp takes a record (struct snmp_settings) that cannot be "
+                          "written in JSON yet"));
+}
+
+TEST(Operations, a_record_is_json_with_the_operations_own_radio) {
+    std::vector<Argument> arguments = read_arguments(
+        find_operation("api_apply_hw_specific"),
+        {"1", R"({"mode": "a", "eligible_channels": [36, 40], "channel_bandwidth": 80})"}, true);
+    const auto* settings = pass<hw_specific_settings*>(arguments[1]);
+    EXPECT_STREQ(settings->mode, "a");
+    EXPECT_STREQ(settings->eligible_channels, "36 40");
+    EXPECT_EQ(settings->channel_bandwidth, 80U);
+    EXPECT_EQ(call_refusal("api_apply_hw_specific", {"0", R"({"mode": "a"})"}),
+              "settings.mode: \"a\" is not \"bg-n-ax\" or \"bg\"\n"
+              "settings.eligible_channels: is missing\n"
+              "settings.channel_bandwidth: is missing");
+}
+
+TEST(Operations, vaps_are_an_array_and_lie_at_their_index) {
+    std::vector<Argument> arguments = read_arguments(
+        find_operation("api_apply_vap"),
+        {"0", R"([{"vap": 5, "ssid": "five", "vlan_id": 5}, {"vap": 2, "status": false}])"}, true);
+    const auto* vaps = pass<vap_settings*>(arguments[1]);
+    EXPECT_EQ(vaps[5].status, 1);
+    EXPECT_STREQ(vaps[5].ssid, "five");
+    EXPECT_EQ(vaps[2].status, 0);
+    EXPECT_EQ(vaps[0].status, 0);
+    EXPECT_EQ(call_refusal("api_apply_vap", {"0", R"([{"vap": 3, "ssid": "x", "vlan_id": 0}])"}),
+              "settings[0].vlan_id: 0 is not in 1..4094");
+    EXPECT_EQ(call_refusal("api_apply_vap", {"0", "{}"}), "settings: {} is not an array");
+}
+
+TEST(Operations, a_record_may_lie_in_a_file_or_be_none) {
+    const TemporaryFile file(R"({"interface_name": "wlan1", "wmm": true})");
+    const Operation& operation = find_operation("api_apply_radio");
+    std::vector<Argument> arguments = read_arguments(operation, {"@" + file.path()}, true);
+    EXPECT_STREQ(pass<const radio_settings*>(arguments[0])->interface_name, "wlan1");
+    EXPECT_EQ(pass<const radio_settings*>(arguments[0])->wmm, 1);
+    EXPECT_EQ(pass<const radio_settings*>(arguments[0])->apsd, -1);
+    std::vector<Argument> none = read_arguments(operation, {"@null"}, true);
+    EXPECT_EQ(pass<const radio_settings*>(none[0]), nullptr);
+    EXPECT_EQ(call_refusal("api_apply_radio", {"@/nowhere.json"}),
+              "cannot read /nowhere.json: No such file or directory");
+    EXPECT_THAT(call_refusal("api_apply_radio", {"{"}), HasSubstr("argument 1 (settings):1:1: "));
+    EXPECT_THAT(call_refusal("api_apply_radio", {""}), HasSubstr("argument 1 (settings):1:0: "));
+}
+
+TEST(Operations, values_of_a_record_pass_unchecked_where_the_library_shall_refuse_them) {
+    const std::string record = R"({"interface_name": "wlan2", "rts_threshold": 9999})";
+    std::vector<Argument> arguments =
+        read_arguments(find_operation("api_apply_radio"), {record}, false);
+    EXPECT_EQ(pass<const radio_settings*>(arguments[0])->rts_threshold, 9999);
+    EXPECT_EQ(call_refusal("api_apply_radio", {record}),
+              "settings.rts_threshold: 9999 is not in 0..2347");
 }
 
 TEST(Operations, arguments_that_are_filled_in_or_ignored_take_no_word) {
-    EXPECT_EQ(read_arguments(find_operation("api_get_neighbors"), {}).size(), 2U);
-    EXPECT_EQ(read_arguments(find_operation("api_get_PowerPercent"), {"1", "20"}).size(), 3U);
-    EXPECT_EQ(read_arguments(find_operation("api_reserved_13"), {}).size(), 3U);
+    EXPECT_EQ(read_arguments(find_operation("api_get_neighbors"), {}, true).size(), 2U);
+    EXPECT_EQ(read_arguments(find_operation("api_get_PowerPercent"), {"1", "20"}, true).size(), 3U);
+    EXPECT_EQ(read_arguments(find_operation("api_reserved_13"), {}, true).size(), 3U);
 }

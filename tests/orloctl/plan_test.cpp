@@ -10,7 +10,8 @@ namespace {
 
 std::vector<std::string> titles(const std::string& text, bool save = true) {
     std::vector<std::string> result;
-    for (const Step& step : plan(read_description(text, "test", Checking::full), save)) {
+    const Description description = read_description(text, "test", true);
+    for (const Step& step : plan(description, save)) {
         result.push_back(step.title());
     }
     return result;
@@ -43,4 +44,28 @@ TEST(Plan, any_of_four_members_applies_the_radio_interface) {
         EXPECT_THAT(titles(R"({"radios": [{"radio": 1, )" + member + "}]}", false),
                     ElementsAre("api_apply_wireless_interface radio 1"));
     }
+}
+
+TEST(Plan, settings_and_hardware_come_before_the_channels_and_vaps_behind_them) {
+    EXPECT_THAT(titles(R"({"radios": [{"radio": 0, "vaps": [], "settings": {}, "enabled": true,
+                                       "channel": 6,
+                                       "hardware": {"mode": "bg", "eligible_channels": [6],
+                                                    "channel_bandwidth": 20}}]})"),
+                ElementsAre("api_apply_radio_status radio 0", "api_apply_radio radio 0",
+                            "api_apply_hw_specific radio 0", "api_apply_wireless_interface radio 0",
+                            "api_apply_vap radio 0", "api_save_config"));
+}
+
+TEST(Plan, each_step_tells_its_arguments) {
+    const Description description = read_description(
+        R"({"radios": [{"radio": 1, "settings": {"wmm": true}, "power_percent": 50,
+                        "vaps": [{"vap": 4, "status": false}]}]})",
+        "test", true);
+    std::vector<std::string> arguments;
+    for (const Step& step : plan(description, false)) {
+        arguments.push_back(json_excerpt(step.arguments.get()));
+    }
+    EXPECT_THAT(arguments,
+                ElementsAre(R"([{"interface_name":"wlan1","wmm":true}])",
+                            R"([1,"not-override",0,0,50])", R"([1,[{"vap":4,"status":false}]])"));
 }

@@ -1,64 +1,11 @@
-// The program as a person or a script runs it, with a double of the vendor library.
-#include <gmock/gmock.h>
-#include <jansson.h>
-#include <memory>
+// Calling operations, listing them and records, options, helps.
+#include "program.h"
+
 #include <unistd.h>
 
-#include "run_program.h"
-
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
-
-namespace {
-
-using Json = std::unique_ptr<json_t, decltype(&json_decref)>;
-
-Json parsed(const std::string& text) {
-    return Json(json_loadb(text.data(), text.size(), 0, nullptr), &json_decref);
-}
-
-std::string text_member(const Json& object, const char* name) {
-    const char* text = json_string_value(json_object_get(object.get(), name));
-    return text == nullptr ? "(none)" : text;
-}
-
-class Orloctl : public testing::Test {
-protected:
-    // orloctl with the double, also where there is no access point.
-    Ended orloctl(std::vector<std::string> words, const std::string& input = "") {
-        words.insert(words.begin(), {ORLOCTL, "--here", "--library", DOUBLE_VENDOR});
-        return run_program({words, input, environment_});
-    }
-
-    // orloctl as it stands.
-    static Ended bare(std::vector<std::string> words,
-                      const std::vector<std::string>& environment = {}) {
-        words.insert(words.begin(), ORLOCTL);
-        return run_program({words, "", environment});
-    }
-
-    void let_fail(const std::string& operation) {
-        environment_.push_back("DOUBLE_FAILS=" + operation);
-    }
-
-    std::string journal() const { return journal_.text(); }
-
-private:
-    TemporaryFile journal_;
-    std::vector<std::string> environment_ = {"DOUBLE_JOURNAL=" + journal_.path()};
-};
-
-const std::string both_radios = R"({
-  "radios": [
-    {"radio": 0, "enabled": true, "override": "not-override", "channel": 6, "power_percent": 80},
-    {"radio": 1, "enabled": false, "channel": 36, "second_channel": 149}
-  ],
-  "profile": {"id": 7, "profile_hash": "p7", "config_hash": "c7"}
-})";
-
-} // namespace
 
 TEST_F(Orloctl, help_is_there_for_everything_and_documents_the_exit_codes) {
     for (const std::vector<std::string>& words : {std::vector<std::string>{"--help"},
@@ -67,6 +14,8 @@ TEST_F(Orloctl, help_is_there_for_everything_and_documents_the_exit_codes) {
                                                   {"call", "--help"},
                                                   {"apply", "--help"},
                                                   {"status", "--help"},
+                                                  {"records", "--help"},
+                                                  {"schema", "--help"},
                                                   {"--help", "status"}}) {
         const Ended ended = bare(words);
         EXPECT_EQ(ended.status, 0);
@@ -77,7 +26,8 @@ TEST_F(Orloctl, help_is_there_for_everything_and_documents_the_exit_codes) {
 }
 
 TEST_F(Orloctl, no_line_of_any_help_is_wider_than_a_terminal) {
-    for (const std::string command : {"ops", "call", "apply", "status", "--here"}) {
+    for (const std::string command :
+         {"ops", "call", "apply", "status", "records", "schema", "--here"}) {
         std::istringstream lines(bare({command, "--help"}).out);
         for (std::string line; std::getline(lines, line);) {
             EXPECT_LE(line.size(), 80U) << line;
@@ -106,6 +56,10 @@ TEST_F(Orloctl, wrong_usage_ends_with_2_and_a_sentence) {
                                                   {"ops", "a", "b"},
                                                   {"ops", "no such thing"},
                                                   {"ops", "132"},
+                                                  {"records", "no_such_record"},
+                                                  {"schema", "no_such_record"},
+                                                  {"schema", "a", "b"},
+                                                  {"status", "--dry-run"},
                                                   {"ops", "--raw"}}) {
         const Ended ended = bare(words);
         EXPECT_EQ(ended.status, 2);
@@ -206,7 +160,9 @@ TEST_F(Orloctl, wrong_arguments_call_nothing) {
           {"call", "api_set_Channel", "1", "99999999999"},
           {"call", "api_set_Chanel", "1", "36"},
           {"call", "132"},
-          {"call", "api_apply_vap", "1"}}) {
+          {"call", "api_apply_vap", "1"},
+          {"call", "api_apply_vap", "1", "[{}]"},
+          {"call", "api_apply_snmp", "{}"}}) {
         const Ended ended = orloctl(words);
         EXPECT_EQ(ended.status, 2);
         EXPECT_EQ(ended.out, "");
@@ -277,125 +233,32 @@ TEST_F(Orloctl, log_lines_obey_libdebug_and_verbose_shows_them_all) {
     EXPECT_THAT(forwarded.err, HasSubstr("5 5 api_set_Channel:1 Entering...\n"));
 }
 
-TEST_F(Orloctl, apply_calls_the_operations_in_the_agents_order) {
-    const TemporaryFile file(both_radios);
-    const Ended ended = orloctl({"apply", file.path()});
-    EXPECT_EQ(ended.status, 0) << ended.err;
-    EXPECT_EQ(ended.out, "api_apply_radio_status radio 0 ... ok\n"
-                         "api_apply_wireless_interface radio 0 ... ok\n"
-                         "api_apply_radio_status radio 1 ... ok\n"
-                         "api_apply_wireless_interface radio 1 ... ok\n"
-                         "api_profile_set_hash ... ok\n"
-                         "api_config_set_hash ... ok\n"
-                         "api_set_profile_id ... ok\n"
-                         "api_save_config ... ok\n");
-    EXPECT_EQ(journal(), "api_apply_radio_status 0 1\n"
-                         "api_apply_wireless_interface 0 'not-override' 6 0 80\n"
-                         "api_apply_radio_status 1 0\n"
-                         "api_apply_wireless_interface 1 'not-override' 36 149 0\n"
-                         "api_profile_set_hash 'p7'\n"
-                         "api_config_set_hash 'c7'\n"
-                         "api_set_profile_id 7\n"
-                         "api_save_config\n");
+TEST_F(Orloctl, call_takes_records_as_json) {
+    const TemporaryFile vaps(R"([{"vap": 7, "ssid": "seven", "vlan_id": 7}])");
+    EXPECT_EQ(orloctl({"call", "api_apply_vap", "1", "@" + vaps.path()}).out, "ok\n");
+    EXPECT_EQ(orloctl({"call", "api_apply_radio", "@-"}, R"({"interface_name": "wlan0"})").out,
+              "ok\n");
+    EXPECT_EQ(orloctl({"call", "api_apply_hw_specific", "5", "--raw", "{}"}).out, "ok\n");
+    EXPECT_EQ(journal(), "api_apply_vap 1 { 7='seven' }\n"
+                         "api_apply_radio {'wlan0'}\n"
+                         "api_apply_hw_specific 5 {NULL}\n");
 }
 
-TEST_F(Orloctl, apply_reads_standard_input_and_may_leave_out_the_save) {
-    const Ended ended = orloctl({"apply", "-", "--no-save"}, R"({"profile": {"id": 3}})");
-    EXPECT_EQ(ended.status, 0);
-    EXPECT_EQ(journal(), "api_set_profile_id 3\n");
-    EXPECT_THAT(ended.out, StartsWith("api_set_profile_id ... ok\n"));
-}
-
-TEST_F(Orloctl, a_wrong_description_calls_nothing) {
-    const Ended json = orloctl({"apply", "-"}, "{\"radios\": [}");
-    EXPECT_EQ(json.status, 2);
-    EXPECT_THAT(json.err, StartsWith("orloctl: standard input:1:13: "));
-    const Ended values =
-        orloctl({"apply", "-"}, R"({"radios": [{"radio": 0, "channel": 14}, {"radio": 2}]})");
-    EXPECT_EQ(values.status, 2);
-    EXPECT_EQ(values.err, "orloctl: radios[0].channel: 14 is not 0 or in 1..13\n"
-                          "orloctl: radios[1].radio: 2 is not in 0..1\n");
-    EXPECT_EQ(orloctl({"apply", "/nowhere/ap.json"}).status, 2);
-    EXPECT_EQ(journal(), "");
-}
-
-TEST_F(Orloctl, raw_values_reach_the_library) {
-    orloctl({"apply", "-", "--raw", "--no-save"}, R"({"radios": [{"radio": 5, "channel": 170}]})");
-    EXPECT_EQ(journal(), "api_apply_wireless_interface 5 'not-override' 170 0 0\n");
-}
-
-TEST_F(Orloctl, after_an_operation_that_fails_nothing_more_is_called) {
-    let_fail("api_profile_set_hash");
-    const Ended ended = orloctl({"apply", "-"}, both_radios);
-    EXPECT_EQ(ended.status, 1);
-    EXPECT_THAT(ended.out, HasSubstr("api_profile_set_hash ... failed (-1)\n"));
-    EXPECT_THAT(ended.out, Not(HasSubstr("api_config_set_hash")));
-    EXPECT_THAT(ended.err, HasSubstr("orloctl: api_profile_set_hash failed:\n"));
-    EXPECT_THAT(ended.err, HasSubstr("error: api_profile_set_hash does not like it.\n"));
-    EXPECT_THAT(ended.err, HasSubstr("not done:\n  api_config_set_hash\n  api_set_profile_id\n  "
-                                     "api_save_config\n"));
-    EXPECT_THAT(journal(), EndsWith("api_profile_set_hash 'p7'\nuciRevertValue NULL NULL\n"));
-}
-
-TEST_F(Orloctl, apply_as_json_tells_what_was_done_and_what_failed) {
-    let_fail("api_apply_radio_status");
-    const Ended ended = orloctl({"apply", "-", "--json"}, both_radios);
-    EXPECT_EQ(ended.status, 1);
-    const Json object = parsed(ended.out);
-    ASSERT_NE(object, nullptr) << ended.out;
-    EXPECT_TRUE(json_is_false(json_object_get(object.get(), "ok")));
-    json_t* failed = json_object_get(object.get(), "failed");
-    EXPECT_STREQ(json_string_value(json_object_get(failed, "operation")), "api_apply_radio_status");
-    EXPECT_EQ(json_integer_value(json_object_get(failed, "radio")), 0);
-    EXPECT_EQ(json_array_size(json_object_get(failed, "log")), 2U);
-    EXPECT_EQ(json_array_size(json_object_get(object.get(), "done")), 0U);
-    EXPECT_EQ(json_array_size(json_object_get(object.get(), "not_done")), 7U);
-}
-
-TEST_F(Orloctl, status_shows_what_can_be_read_and_calls_the_rest_unknown) {
-    const Ended ended = orloctl({"status"});
-    EXPECT_EQ(ended.status, 0);
-    EXPECT_EQ(ended.out, "                 radio 0  radio 1\n"
-                         "enabled          yes      unknown\n"
-                         "force-disable    yes      unknown\n"
-                         "channel          0        0\n"
-                         "second channel   none     none\n"
-                         "power percent    0        0\n"
-                         "max power (dBm)  20.1     20.1\n"
-                         "\n"
-                         "profile id    0\n"
-                         "profile hash  a text\n"
-                         "config hash   a text\n");
-}
-
-TEST_F(Orloctl, status_as_json_holds_what_the_table_shows) {
-    let_fail("api_get_channel");
-    const Json object = parsed(orloctl({"status", "--json"}).out);
-    json_t* radios = json_object_get(object.get(), "radios");
-    ASSERT_EQ(json_array_size(radios), 2U);
-    EXPECT_TRUE(json_is_true(json_object_get(json_array_get(radios, 0), "enabled")));
-    EXPECT_TRUE(json_is_null(json_object_get(json_array_get(radios, 1), "enabled")));
-    EXPECT_TRUE(json_is_null(json_object_get(json_array_get(radios, 0), "channel")));
-    json_t* profile = json_object_get(object.get(), "profile");
-    EXPECT_STREQ(json_string_value(json_object_get(profile, "profile_hash")), "a text");
-    EXPECT_THAT(orloctl({"status"}).out, HasSubstr("channel          unknown  unknown\n"));
-}
-
-TEST_F(Orloctl, an_unset_profile_id_is_told_as_such) {
-    let_fail("api_get_profile_id");
-    EXPECT_THAT(orloctl({"status"}).out, HasSubstr("profile id    not set in this process\n"));
-}
-
-TEST_F(Orloctl, a_reader_that_went_away_does_not_stop_an_apply) {
-    const TemporaryFile file(both_radios);
-    const std::string command = "{ sleep 0.1; " ORLOCTL " --here --library " DOUBLE_VENDOR
-                                " apply " +
-                                file.path() + "; } | true";
-    const TemporaryFile calls;
-    const Ended ended =
-        run_program({{"/bin/sh", "-c", command}, "", {"DOUBLE_JOURNAL=" + calls.path()}});
-    EXPECT_EQ(ended.status, 0);
-    EXPECT_THAT(calls.text(), HasSubstr("api_save_config\n"));
+TEST_F(Orloctl, records_and_their_schemas_can_be_listed) {
+    EXPECT_THAT(bare({"records"}).out, HasSubstr("vap_settings          one VAP, for "
+                                                 "api_apply_vap\n"));
+    EXPECT_THAT(bare({"records", "radio_settings"}).out,
+                HasSubstr("  rts_threshold         integer in 0..2347 bytes\n"));
+    EXPECT_EQ(bare({"records", "vap"}).err.substr(0, 36), "orloctl: unknown record 'vap', known");
+    const Json records = parsed(bare({"records", "--json"}).out);
+    EXPECT_EQ(json_array_size(records.get()), 15U);
+    EXPECT_EQ(text_member(parsed(bare({"schema"}).out), "title"), "access_point");
+    EXPECT_EQ(text_member(parsed(bare({"schema", "wep"}).out), "title"), "wep");
+    EXPECT_THAT(bare({"schema", "--markdown"}).out,
+                HasSubstr("| `dtim_period` | integer in 1..255 beacons | from one DTIM to the next "
+                          "|\n"));
+    EXPECT_THAT(bare({"ops", "api_apply_vap"}).out,
+                HasSubstr("JSON or @FILE, see 'orloctl records"));
 }
 
 TEST_F(Orloctl, a_full_disk_is_told) {

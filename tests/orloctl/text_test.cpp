@@ -28,6 +28,14 @@ TEST(Text, the_last_column_goes_on_below_itself_within_80_columns) {
               "key  " + std::string(60, 'x') + "\n     " + std::string(30, 'y') + "\n");
 }
 
+TEST(Text, columns_are_as_wide_as_their_characters) {
+    Table table;
+    table.add({"caf\xC3\xA9", "x"});
+    table.add({"tea", "y"});
+    EXPECT_EQ(table.text(), "caf\xC3\xA9  x\ntea   y\n");
+    EXPECT_EQ(printable("a\tb\x7f\xC3\xA9"), "a?b?\xC3\xA9");
+}
+
 TEST(Text, words_are_never_broken) {
     EXPECT_EQ(wrapped("one two three", 7), (std::vector<std::string>{"one two", "three"}));
     EXPECT_EQ(wrapped("enormous word", 4), (std::vector<std::string>{"enormous", "word"}));

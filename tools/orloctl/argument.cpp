@@ -6,16 +6,22 @@
 #include <cstdlib>
 #include <limits>
 
+#include "description.h"
 #include "exit.h"
+#include "records/reader.h"
 #include "text.h"
 
 namespace orloctl {
 
 namespace {
 
+std::string argument_name(const Parameter& parameter, size_t position) {
+    return "argument " + std::to_string(position) + " (" + parameter.name + ")";
+}
+
 // How a sentence about an argument begins.
 std::string argument_title(const Parameter& parameter, size_t position) {
-    return "argument " + std::to_string(position) + " (" + parameter.name + "): ";
+    return argument_name(parameter, position) + ": ";
 }
 
 int read_integer(const std::string& title, const std::string& word) {
@@ -79,6 +85,31 @@ Argument read_argument(const Parameter& parameter, size_t position, const std::s
         break;
     }
     throw Refusal(title + "takes no word");
+}
+
+Argument read_record_argument(const Parameter& parameter, size_t position, const std::string& word,
+                              Place place) {
+    const auto arena = std::make_shared<Arena>();
+    if (word == "@null") {
+        return Records{arena, nullptr};
+    }
+    const bool in_file = word[0] == '@';
+    const std::string source = in_file ? word.substr(1) : argument_name(parameter, position);
+    const Json json = parse_json(in_file ? read_file(source) : word, source);
+    const Form& form = *parameter.form;
+    Problems problems;
+    place.path = parameter.name;
+    void* first = nullptr;
+    if (form.type == Type::keyed) {
+        first = read_keyed(json.get(), form, place, *arena, problems);
+    } else {
+        first = arena->take(form.record->size);
+        read_record(json.get(), *form.record, first, place, *arena, problems);
+    }
+    if (!problems.empty()) {
+        throw Refusal(joined(problems, "\n"));
+    }
+    return Records{arena, first};
 }
 
 Argument empty_argument(Kind kind) {

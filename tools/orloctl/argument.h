@@ -5,12 +5,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <type_traits>
 #include <variant>
 
 #include "json.h"
+#include "records/memory.h"
 
 namespace orloctl {
 
@@ -22,15 +24,16 @@ enum class Kind {
     numbers_out, // float *: the twelve percentage steps
     word_out,    // uint16_t *
     ignored,     // void *: never read, passed as NULL
-    record,      // struct ... *
+    record,      // struct ... *: JSON, where its record is described
 };
 
 struct Parameter {
     std::string type; // "const char *"
     std::string name;
     Kind kind;
+    const Form* form = nullptr; // of a record that is described
 
-    bool takes_word() const { return kind <= Kind::text; }
+    bool takes_word() const { return kind <= Kind::text || form != nullptr; }
     bool is_filled_in() const { return kind >= Kind::text_out && kind <= Kind::word_out; }
 };
 
@@ -38,8 +41,15 @@ using Text = std::optional<std::string>;  // without a value: NULL
 using TextBuffer = std::array<char, 256>; // more than any operation writes (128 bytes)
 using Numbers = std::array<float, 12>;
 
+// A record, or several in a row, and the memory in which they lie.
+struct Records {
+    std::shared_ptr<Arena> arena;
+    void* first; // may be NULL
+};
+
 // Holds nothing for an ignored argument.
-using Argument = std::variant<std::monostate, int, float, Text, TextBuffer, Numbers, uint16_t>;
+using Argument =
+    std::variant<std::monostate, int, float, Text, TextBuffer, Numbers, uint16_t, Records>;
 
 // The kind that a C type of the table means. A type without a kind does not compile.
 template <class T>
@@ -79,13 +89,20 @@ T pass(Argument& argument) {
         return std::get<Numbers>(argument).data();
     } else if constexpr (kind == Kind::word_out) {
         return &std::get<uint16_t>(argument);
+    } else if constexpr (kind == Kind::record) {
+        return static_cast<T>(std::get<Records>(argument).first);
     } else {
-        return nullptr; // ignored; records are refused before a call
+        return nullptr; // ignored
     }
 }
 
 // The argument that a word means; `position` counts from 1. Throws a Refusal that names it.
 Argument read_argument(const Parameter& parameter, size_t position, const std::string& word);
+
+// The record that a word means: JSON, or "@FILE" with JSON. Throws a Refusal that lists everything
+// that is wrong; values are checked against their rules if the place says so.
+Argument read_record_argument(const Parameter& parameter, size_t position, const std::string& word,
+                              Place place);
 
 // An argument that takes no word, ready for the operation to fill in.
 Argument empty_argument(Kind kind);

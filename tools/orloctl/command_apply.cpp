@@ -8,6 +8,8 @@
 #include "library.h"
 #include "log_capture.h"
 #include "plan.h"
+#include "records/document.h"
+#include "records/registry.h"
 #include "text.h"
 
 namespace orloctl {
@@ -154,6 +156,17 @@ Json Application::json() const {
     return object;
 }
 
+Json calls_json(const std::vector<Step>& steps) {
+    Json array = json_array_new();
+    for (const Step& step : steps) {
+        Json object = json_object_new();
+        set(object, "operation", json_text(step.operation));
+        set(object, "arguments", Json(json_incref(step.arguments.get())));
+        append(array, std::move(object));
+    }
+    return array;
+}
+
 // Changes of somebody else are committed, or discarded, together with ours.
 void warn_of_staged(const Store& store) {
     if (!store.staged.empty()) {
@@ -168,13 +181,16 @@ Exit run(const CommandLine& line, Output& output) {
     }
     const std::string& path = line.words[0];
     const Description description =
-        read_description(read_file(path), path == "-" ? "standard input" : path,
-                         line.raw ? Checking::types_only : Checking::full);
+        read_description(read_file(path), path == "-" ? "standard input" : path, !line.raw);
+    std::vector<Step> steps = plan(description, !line.no_save);
+    if (line.dry_run) {
+        output.print(json_document(calls_json(steps)));
+        return exit_done;
+    }
     const Library library = open_library(line);
     warn_of_staged(read_store());
 
-    Application application(library, plan(description, !line.no_save),
-                            line.json ? nullptr : &output);
+    Application application(library, std::move(steps), line.json ? nullptr : &output);
     const bool applied = application.run();
     if (line.json) {
         output.print(json_document(application.json()));
@@ -192,19 +208,26 @@ Exit run(const CommandLine& line, Output& output) {
 std::string help() {
     return paragraph("Applies a description of the access point, written in JSON. All of it is "
                      "checked before anything is called. Then, in the agent's order: each radio of "
-                     "the list (api_apply_radio_status, api_apply_wireless_interface), the hashes "
-                     "and the profile id, api_save_config.") +
+                     "the list (api_apply_radio_status, api_apply_radio, api_apply_hw_specific, "
+                     "api_apply_wireless_interface, api_apply_vap: as far as they are described), "
+                     "the hashes and the profile id, api_save_config.") +
            "\n" +
            paragraph("When an operation fails the rest is not done and every staged change is "
                      "discarded. What was committed before stays: api_apply_wireless_interface "
-                     "commits package wireless itself, in its channel and power steps. Both are "
+                     "commits package wireless itself, in its channel and power steps, and so does "
+                     "api_apply_hw_specific when it moves the radio to another channel. Both are "
                      "listed.") +
            "\n" +
            paragraph("A description may hold what follows; what it leaves out is left alone. But "
                      "a radio with any of override, channel, second_channel and power_percent gets "
-                     "\"not-override\" and 0 for the others of these four.") +
-           "\n  {\"radios\": [{\"radio\": 1, \"channel\": 36}], \"profile\": {\"id\": 7}}\n\n" +
-           description_help() + "\n" +
+                     "\"not-override\" and 0 for the others of these four; and of a radio with "
+                     "vaps those that it does not list get disabled.") +
+           "\n  {\"radios\": [{\"radio\": 1, \"channel\": 36}], \"profile\": {\"id\": 7}}\n" +
+           "\n  radios[]\n" + field_table(radio_record, 4) + "  profile\n" +
+           field_table(profile_record, 4) + "\n" +
+           paragraph("'orloctl records NAME' describes an object, for example hw_specific_settings "
+                     "or vap_settings; 'orloctl schema' prints all of it for editors.") +
+           "\n" +
            paragraph("With --json: what was done, what failed and why, what is committed, "
                      "discarded and staged, which packages cannot be read.") +
            "\nOptions:\n" + option_help("apply");
@@ -212,7 +235,7 @@ std::string help() {
 
 } // namespace
 
-const Command apply_command = {"apply", "apply FILE [--no-save] [--raw]",
+const Command apply_command = {"apply", "apply FILE [--no-save] [--raw] [--dry-run]",
                                "apply a description of the access point", help, run};
 
 } // namespace orloctl

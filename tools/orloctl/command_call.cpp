@@ -56,7 +56,7 @@ Exit run(const CommandLine& line, Output& output) {
     }
     const Operation& operation = find_operation(line.words[0]);
     std::vector<Argument> arguments =
-        read_arguments(operation, {line.words.begin() + 1, line.words.end()});
+        read_arguments(operation, {line.words.begin() + 1, line.words.end()}, !line.raw);
     const Library library = open_library(line);
 
     start_call_log();
@@ -89,6 +89,8 @@ std::string help() {
     return paragraph("Calls one operation, by name or slot number. Its words are those of its "
                      "prototype: integers decimal or 0x, texts as they are (@null passes NULL, "
                      "@@x passes \"@x\"); \"--\" comes before a text that begins with \"-\". "
+                     "A record is JSON, or @FILE with JSON, and is checked ('orloctl records' "
+                     "lists what can be written so). "
                      "What the operation fills in is printed behind its result; arguments that it "
                      "never reads take no word. Changes that it stages stay staged.") +
            "\nResults are shown by their meaning ('orloctl ops NAME' tells an operation's):\n" +
@@ -97,11 +99,15 @@ std::string help() {
                      "on standard error.") +
            "\nExamples:\n"
            "  orloctl call api_set_Channel 1 36\n"
-           "  orloctl call 81 1 -1\n";
+           "  orloctl call 81 1 -1\n"
+           "  orloctl call api_apply_radio '{\"interface_name\": \"wlan1\", \"wmm\": true}'\n"
+           "  orloctl call api_apply_vap 0 @vaps.json\n"
+           "\nOptions:\n" +
+           option_help("call");
 }
 
 } // namespace
 
-const Command call_command = {"call", "call OP ARG...", "call one operation", help, run};
+const Command call_command = {"call", "call OP ARG... [--raw]", "call one operation", help, run};
 
 } // namespace orloctl

@@ -1,5 +1,6 @@
 #include "command_line.h"
 
+#include <algorithm>
 #include <cctype>
 
 #include "exit.h"
@@ -11,7 +12,7 @@ namespace {
 
 struct Option {
     const char* name;
-    const char* command; // whose option it is; "" for every command's
+    std::vector<std::string> commands; // whose option it is; none: every command's
     bool CommandLine::*flag;
     std::string CommandLine::*value; // set by options that take a value
     const char* value_name;
@@ -19,20 +20,53 @@ struct Option {
 };
 
 const Option options[] = {
-    {"--no-save", "apply", &CommandLine::no_save, nullptr, "",
+    {"--no-save",
+     {"apply"},
+     &CommandLine::no_save,
+     nullptr,
+     "",
      "stage the changes, but do not call api_save_config"},
-    {"--raw", "apply", &CommandLine::raw, nullptr, "",
+    {"--raw",
+     {"apply", "call"},
+     &CommandLine::raw,
+     nullptr,
+     "",
      "pass values on unchecked; the library's own refusals show"},
-    {"--json", "", &CommandLine::json, nullptr, "", "print JSON for programs"},
-    {"--library", "", nullptr, &CommandLine::library, "PATH",
+    {"--dry-run",
+     {"apply"},
+     &CommandLine::dry_run,
+     nullptr,
+     "",
+     "print what would be called, with all its values, and call nothing"},
+    {"--all", {"status"}, &CommandLine::all, nullptr, "", "list disabled VAPs as well"},
+    {"--markdown",
+     {"schema"},
+     &CommandLine::markdown,
+     nullptr,
+     "",
+     "print all records as Markdown instead"},
+    {"--json", {}, &CommandLine::json, nullptr, "", "print JSON for programs"},
+    {"--library",
+     {},
+     nullptr,
+     &CommandLine::library,
+     "PATH",
      "load this vendor library (default: the environment's ORLO_LIBRARY, else liborlovendor.so "
      "beside orloctl, else where the loader finds it)"},
-    {"--verbose", "", &CommandLine::verbose, nullptr, "",
+    {"--verbose",
+     {},
+     &CommandLine::verbose,
+     nullptr,
+     "",
      "print every log line of the library to standard error"},
-    {"--here", "", &CommandLine::here, nullptr, "",
+    {"--here",
+     {},
+     &CommandLine::here,
+     nullptr,
+     "",
      "call operations even where /etc/config/orloagent is missing"},
-    {"--help", "", &CommandLine::help, nullptr, "", "print help; behind a command, the command's"},
-    {"--version", "", &CommandLine::version, nullptr, "", "print the version"},
+    {"--help", {}, &CommandLine::help, nullptr, "", "print help; behind a command, the command's"},
+    {"--version", {}, &CommandLine::version, nullptr, "", "print the version"},
 };
 
 const Option* find_option(const std::string& name) {
@@ -94,9 +128,11 @@ private:
 
     void check_owners() const {
         for (const Option* option : given_) {
-            if (*option->command != '\0' && line_.command != option->command) {
+            const std::vector<std::string>& owners = option->commands;
+            if (!owners.empty() &&
+                std::find(owners.begin(), owners.end(), line_.command) == owners.end()) {
                 throw Refusal("option " + std::string(option->name) + " belongs to 'orloctl " +
-                              option->command + "'");
+                              joined(owners, "' and 'orloctl ") + "'");
             }
         }
     }
@@ -117,7 +153,9 @@ CommandLine read_command_line(const std::vector<std::string>& arguments) {
 std::string option_help(const std::string& command) {
     Table table;
     for (const Option& option : options) {
-        if (command == option.command) {
+        const std::vector<std::string>& owners = option.commands;
+        const bool is_owner = std::find(owners.begin(), owners.end(), command) != owners.end();
+        if (is_owner || (owners.empty() && command.empty())) {
             const std::string value = *option.value_name == '\0' ? "" : " ";
             table.add({option.name + value + option.value_name, option.help});
         }

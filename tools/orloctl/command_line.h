@@ -17,6 +17,9 @@ struct CommandLine {
     bool version = false;
     bool no_save = false;
     bool raw = false;
+    bool all = false;
+    bool markdown = false;
+    bool dry_run = false;
 };
 
 // Negative numbers are words, and so is everything behind "--". Throws a Refusal for an option that

@@ -46,8 +46,8 @@ std::string listing(const Selection& selection) {
     return table.text();
 }
 
-const char* kind_help(Kind kind) {
-    switch (kind) {
+std::string parameter_help(const Parameter& parameter) {
+    switch (parameter.kind) {
     case Kind::integer:
         return "decimal or 0x";
     case Kind::number:
@@ -61,7 +61,9 @@ const char* kind_help(Kind kind) {
     case Kind::ignored:
         return "never read, takes no word";
     case Kind::record:
-        return "a record, see 'orloctl apply --help'";
+        return parameter.form == nullptr ? "a record that cannot be written in JSON yet"
+                                         : std::string("JSON or @FILE, see 'orloctl records ") +
+                                               parameter.form->record->name + "'";
     }
     return "";
 }
@@ -72,12 +74,13 @@ std::string details(const Operation& operation) {
     table.add({"prototype", operation.prototype});
     table.add({"does", operation.summary});
     table.add({"result", meaning_help(operation.meaning)});
-    table.add({"call", operation.takes_record() ? "takes a record: not from the command line"
-                                                : "orloctl call " + operation.usage()});
+    table.add({"call", operation.takes_unknown_record()
+                           ? "takes a record: not from the command line"
+                           : "orloctl call " + operation.usage()});
     std::string text = operation.name + "\n" + table.text(2);
     Table parameters;
     for (const Parameter& parameter : operation.parameters) {
-        parameters.add({parameter.name, parameter.type, kind_help(parameter.kind)});
+        parameters.add({parameter.name, parameter.type, parameter_help(parameter)});
     }
     return operation.parameters.empty() ? text : text + "  arguments\n" + parameters.text(4);
 }

@@ -21,5 +21,7 @@ extern const Command ops_command;
 extern const Command call_command;
 extern const Command apply_command;
 extern const Command status_command;
+extern const Command records_command;
+extern const Command schema_command;
 
 } // namespace orloctl

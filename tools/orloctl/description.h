@@ -1,46 +1,73 @@
 // The description of an access point, as a person writes it for "orloctl apply".
 #pragma once
 
-#include <optional>
+#include <climits>
+#include <cstdint>
 #include <string>
-#include <vector>
+
+#include "json.h"
+#include "records/field.h"
+#include "records/memory.h"
 
 namespace orloctl {
 
-struct RadioProfile {
-    std::optional<int> radio; // 0: 2.4 GHz, 1: 5 GHz
-    std::optional<bool> enabled;
-    std::optional<std::string> override_status;
-    std::optional<int> channel;
-    std::optional<int> second_channel;
-    std::optional<int> power_percent;
+// A number that the description leaves out; -1 means something to some operations.
+constexpr int32_t not_described = INT_MIN;
+
+// Texts are NULL, records and VAPs too, when they are not described.
+struct RadioDescription {
+    int32_t radio; // 0: 2.4 GHz, 1: 5 GHz
+    int32_t enabled;
+    const char* override_status;
+    int32_t channel;
+    int32_t second_channel;
+    int32_t power_percent;
+    const radio_settings* settings;
+    hw_specific_settings* hardware;
+    vap_settings* vaps; // all of the radio's
 
     // Whether there is something for api_apply_wireless_interface.
     bool has_channel_or_power() const {
-        return override_status || channel || second_channel || power_percent;
+        return override_status != nullptr || channel != not_described ||
+               second_channel != not_described || power_percent != not_described;
     }
 };
 
-struct Profile {
-    std::optional<int> id;
-    std::optional<std::string> profile_hash;
-    std::optional<std::string> config_hash;
+struct ProfileDescription {
+    int32_t id;
+    const char* profile_hash;
+    const char* config_hash;
 };
 
-struct Description {
-    std::vector<RadioProfile> radios;
-    Profile profile;
+struct AccessPointDescription {
+    List<const RadioDescription> radios;
+    ProfileDescription profile;
 };
 
-enum class Checking { full, types_only };
+// A description and the memory in which it lies.
+class Description {
+public:
+    Description() : root_(static_cast<AccessPointDescription*>(arena_.take(sizeof *root_))) {}
+
+    const AccessPointDescription& operator*() const { return *root_; }
+    const AccessPointDescription* operator->() const { return root_; }
+
+private:
+    friend Description read_description(const std::string& text, const std::string& source,
+                                        bool checked);
+
+    Arena arena_;
+    AccessPointDescription* root_;
+};
 
 // The text of a file, or of standard input for "-". Throws a Refusal when it cannot be read.
 std::string read_file(const std::string& path);
 
-// Throws a Refusal that lists everything that is wrong; `source` names the text in it.
-Description read_description(const std::string& text, const std::string& source, Checking checking);
+// Throws a Refusal that tells the place; `source` names the text in it.
+Json parse_json(const std::string& text, const std::string& source);
 
-// What a description may hold, for the help.
-std::string description_help();
+// Throws a Refusal that lists everything that is wrong. Unless it is `checked`, only what cannot be
+// passed on to the library is.
+Description read_description(const std::string& text, const std::string& source, bool checked);
 
 } // namespace orloctl

@@ -13,7 +13,8 @@ namespace {
 
 using namespace orloctl;
 
-const Command* const commands[] = {&ops_command, &call_command, &apply_command, &status_command};
+const Command* const commands[] = {&ops_command,    &call_command,    &apply_command,
+                                   &status_command, &records_command, &schema_command};
 
 const char* const exit_codes = "Exit codes:\n"
                                "  0  done\n"

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "exit.h"
+#include "records/registry.h"
 #include "text.h"
 
 namespace orloctl {
@@ -69,16 +70,18 @@ const Listed listed[] = {
 };
 
 // Splits "(const char *path, int radio)" into types and names.
-std::vector<Parameter> named_parameters(const std::string& list, const std::vector<Kind>& kinds) {
+std::vector<Parameter> named_parameters(const Listed& entry) {
+    const std::string list = entry.parameters;
     std::vector<Parameter> parameters;
     size_t start = 1;
-    for (const Kind kind : kinds) {
+    for (const Kind kind : entry.kinds()) {
         const size_t end = list.find_first_of(",)", start);
         const std::string declaration = list.substr(start, end - start);
         const size_t name = declaration.find_last_of("* ") + 1;
         std::string type = declaration.substr(0, name);
         type.erase(type.find_last_not_of(' ') + 1);
-        parameters.push_back({type, declaration.substr(name), kind});
+        const Form* form = kind == Kind::record ? record_argument(entry.name) : nullptr;
+        parameters.push_back({type, declaration.substr(name), kind, form});
         start = list.find_first_not_of(' ', end + 1);
     }
     return parameters;
@@ -93,8 +96,7 @@ std::vector<Operation> all_operations() {
     std::vector<Operation> all;
     for (const Listed& entry : listed) {
         all.push_back({entry.slot, entry.name, prototype(entry), entry.result, entry.meaning,
-                       entry.summary, named_parameters(entry.parameters, entry.kinds()),
-                       entry.call});
+                       entry.summary, named_parameters(entry), entry.call});
     }
     return all;
 }
@@ -135,9 +137,10 @@ std::string proposal(const std::string& name) {
 
 } // namespace
 
-bool Operation::takes_record() const {
-    return std::any_of(parameters.begin(), parameters.end(),
-                       [](const Parameter& parameter) { return parameter.kind == Kind::record; });
+bool Operation::takes_unknown_record() const {
+    return std::any_of(parameters.begin(), parameters.end(), [](const Parameter& parameter) {
+        return parameter.kind == Kind::record && parameter.form == nullptr;
+    });
 }
 
 std::string Operation::usage() const {
@@ -178,14 +181,14 @@ const Operation& find_operation(const std::string& name_or_slot) {
 }
 
 std::vector<Argument> read_arguments(const Operation& operation,
-                                     const std::vector<std::string>& words) {
+                                     const std::vector<std::string>& words, bool checked) {
     size_t wanted = 0;
     for (const Parameter& parameter : operation.parameters) {
-        if (parameter.kind == Kind::record) {
+        if (parameter.kind == Kind::record && parameter.form == nullptr) {
             const std::string type = parameter.type.substr(parameter.type.find("struct"));
             throw Refusal(operation.name + " takes a record (" + type.substr(0, type.find(" *")) +
-                          "); describe it in a file and use 'orloctl apply' ('orloctl apply "
-                          "--help' lists what a file can describe)");
+                          ") that cannot be written in JSON yet ('orloctl records' lists those "
+                          "that can)");
         }
         wanted += parameter.takes_word() ? 1 : 0;
     }
@@ -197,12 +200,19 @@ std::vector<Argument> read_arguments(const Operation& operation,
     }
     std::vector<Argument> arguments;
     size_t next = 0;
+    Place place;
+    place.checked = checked;
     for (const Parameter& parameter : operation.parameters) {
-        if (parameter.takes_word()) {
-            arguments.push_back(read_argument(parameter, next + 1, words[next]));
-            next++;
-        } else {
+        if (!parameter.takes_word()) {
             arguments.push_back(empty_argument(parameter.kind));
+            continue;
+        }
+        const std::string& word = words[next++];
+        arguments.push_back(parameter.form == nullptr
+                                ? read_argument(parameter, next, word)
+                                : read_record_argument(parameter, next, word, place));
+        if (parameter.name == "radio" && parameter.kind == Kind::integer) {
+            place.radio = std::get<int>(arguments.back());
         }
     }
     return arguments;

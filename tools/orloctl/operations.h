@@ -19,7 +19,8 @@ struct Operation {
     std::vector<Parameter> parameters;
     Result (*call)(const vendor_ops& ops, std::vector<Argument>& arguments);
 
-    bool takes_record() const;
+    // Whether it has an argument that no word can describe.
+    bool takes_unknown_record() const;
 
     // "api_set_Channel RADIO CHANNEL": the words of a call.
     std::string usage() const;
@@ -31,8 +32,9 @@ const std::vector<Operation>& operations();
 // By name or slot number. Throws a Refusal that proposes what may have been meant.
 const Operation& find_operation(const std::string& name_or_slot);
 
-// Checks and types the words of a call; arguments that take no word are added. Throws a Refusal.
+// Types the words of a call, and checks records against their rules if `checked`; arguments that
+// take no word are added. Throws a Refusal.
 std::vector<Argument> read_arguments(const Operation& operation,
-                                     const std::vector<std::string>& words);
+                                     const std::vector<std::string>& words, bool checked);
 
 } // namespace orloctl

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "description.h"
+#include "json.h"
 #include "orlo/vendor_ops.h"
 
 namespace orloctl {
@@ -15,13 +16,15 @@ struct Step {
     std::string operation;
     std::optional<int> radio; // whose step it is
     std::function<int(const vendor_ops&)> call;
+    Json arguments; // an array
 
     std::string title() const {
         return radio ? operation + " radio " + std::to_string(*radio) : operation;
     }
 };
 
-// Each radio's status, then its channels and power; the hashes and the profile id; the save.
+// Each radio's status, settings, hardware, channels and power, VAPs; the hashes and the profile id;
+// the save. The steps need the description; VAPs can be applied once, as their lists are consumed.
 std::vector<Step> plan(const Description& description, bool save);
 
 } // namespace orloctl

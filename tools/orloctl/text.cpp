@@ -11,12 +11,19 @@ namespace {
 constexpr size_t column_gap = 2;
 constexpr size_t narrowest_column = 20; // what is left of a line for the last column, at least
 
+// In characters: the later bytes of one in UTF-8 take no place.
+size_t shown_width(const std::string& text) {
+    return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    }));
+}
+
 std::vector<size_t> column_widths(const std::vector<std::vector<std::string>>& rows) {
     std::vector<size_t> widths;
     for (const auto& row : rows) {
         widths.resize(std::max(widths.size(), row.size()), 0);
         for (size_t column = 0; column < row.size(); column++) {
-            widths[column] = std::max(widths[column], row[column].size());
+            widths[column] = std::max(widths[column], shown_width(row[column]));
         }
     }
     return widths;
@@ -39,9 +46,9 @@ std::string Table::text(size_t indent) const {
         std::string line(indent, ' ');
         for (size_t column = 0; column + 1 < row.size(); column++) {
             line += row[column];
-            line.append(widths[column] - row[column].size() + column_gap, ' ');
+            line.append(widths[column] - shown_width(row[column]) + column_gap, ' ');
         }
-        const size_t start = line.size();
+        const size_t start = shown_width(line);
         const size_t left =
             start + narrowest_column < terminal_width ? terminal_width - start : narrowest_column;
         const std::string last = row.empty() ? "" : row.back();
@@ -91,6 +98,10 @@ std::string alternatives(const std::vector<std::string>& choices) {
     }
     const std::vector<std::string> all_but_last(choices.begin(), choices.end() - 1);
     return joined(all_but_last, ", ") + " or " + choices.back();
+}
+
+std::string printable(std::string text) {
+    return converted(std::move(text), [](int c) { return c < ' ' || c == 0x7f ? '?' : c; });
 }
 
 std::string lower_case(std::string text) {

@@ -33,6 +33,9 @@ std::string joined(const std::vector<std::string>& parts, const std::string& sep
 // "a", "a or b", "a, b or c".
 std::string alternatives(const std::vector<std::string>& choices);
 
+// The text with its control characters replaced, for a line of a table.
+std::string printable(std::string text);
+
 std::string lower_case(std::string text);
 std::string upper_case(std::string text);
 

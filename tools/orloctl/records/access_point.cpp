@@ -1,0 +1,62 @@
+// The description of an access point: what orloctl adds to the records of the library.
+#include "description.h"
+#include "records/registry.h"
+
+namespace orloctl {
+
+namespace {
+
+using namespace forms;
+
+constexpr size_t longest_hash = 127; // what the library keeps of one
+
+Form described_number() {
+    return number().or_not_given(not_described);
+}
+
+} // namespace
+
+// clang-format off
+const Record access_point_record = {
+    "access_point", "an access point", sizeof(AccessPointDescription), {
+    {MEMBER_OF(AccessPointDescription, radios), list(radio_record, "radio"),
+     "applied in the order of the list"},
+    {MEMBER_OF(AccessPointDescription, profile), record(profile_record), "what the agent keeps of it"},
+}};
+
+const Record radio_record = {
+    "radio", "one radio", sizeof(RadioDescription), {
+    {MEMBER_OF(RadioDescription, radio), number().in(0, 1).required().or_else(-1),
+     "0: 2.4 GHz, 1: 5 GHz"},
+    {MEMBER_OF(RadioDescription, enabled), flag().or_not_given(not_described),
+     "switches the radio on or off"},
+    {MEMBER_AS("override", RadioDescription, override_status),
+     text().words({"not-override", "force-disable"}),
+     "\"force-disable\" keeps the radio off whatever \"enabled\" says"},
+    {MEMBER_OF(RadioDescription, channel),
+     by_radio(described_number().one_of({0}).in(1, 13), described_number().one_of({0}).in(36, 165)),
+     "0: the channel in use, or the first eligible one where that is not eligible"},
+    {MEMBER_OF(RadioDescription, second_channel),
+     by_radio(described_number().one_of({-1, 0}), described_number().one_of({-1, 0}).in(36, 165)),
+     "of two-segment operation; -1: off, 0: chosen from the eligible channels"},
+    {MEMBER_OF(RadioDescription, power_percent), described_number().in(0, 100),
+     "transmit power; 0: leave it alone"},
+    {MEMBER_OF(RadioDescription, settings), optional(radio_settings_record), "general settings"},
+    {MEMBER_OF(RadioDescription, hardware), optional(hw_specific_settings_record),
+     "settings of its hardware"},
+    {MEMBER_OF(RadioDescription, vaps), keyed(vap_settings_record, ORLO_VAPS_PER_RADIO, "vap"),
+     "its VAPs; one that is not listed gets disabled"},
+}, {}, nullptr, nullptr, "radio"};
+
+const Record profile_record = {
+    "profile", "what the agent keeps of a description", sizeof(ProfileDescription), {
+    {MEMBER_OF(ProfileDescription, id), described_number().in(0, INT_MAX),
+     "profile id, kept by the process that sets it"},
+    {MEMBER_OF(ProfileDescription, profile_hash), text().bytes(longest_hash),
+     "fingerprint of the profile"},
+    {MEMBER_OF(ProfileDescription, config_hash), text().bytes(longest_hash),
+     "fingerprint of the configuration"},
+}};
+// clang-format on
+
+} // namespace orloctl

@@ -1,0 +1,41 @@
+// Which records are described, and what they are for.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "records/field.h"
+
+namespace orloctl {
+
+extern const Record access_point_record; // the root of a description
+extern const Record radio_record;
+extern const Record profile_record;
+
+extern const Record radio_settings_record;
+extern const Record hw_specific_settings_record;
+
+extern const Record vap_settings_record;
+extern const Record wep_record;
+extern const Record wpa_personal_record;
+extern const Record wpa_enterprise_record;
+extern const Record dot1x_record;
+extern const Record radius_server_record;
+extern const Record fast_roaming_record;
+extern const Record fast_roaming_ft_record;
+extern const Record rrm_record;
+extern const Record wnm_record;
+
+// All of them, those that others are made of behind these.
+const std::vector<const Record*>& all_records();
+
+// Throws a Refusal that lists the names.
+const Record& find_record(const std::string& name);
+
+// The form of an operation's record argument; NULL when its record is not described.
+const Form* record_argument(const std::string& operation);
+
+// The operations that take a record.
+std::vector<std::string> operations_with(const Record& record);
+
+} // namespace orloctl
