@@ -57,10 +57,14 @@ unsigned long restrictions_of(const std::string& path) {
     return flags;
 }
 
+void make_read_only(const std::string& path) {
+    const unsigned long flags = MS_BIND | MS_REMOUNT | MS_RDONLY | restrictions_of(path);
+    check(mount("none", path.c_str(), "none", flags, ""), "remount " + path);
+}
+
 void show_programs(const std::string& from, const std::string& to) {
     bind(from, to);
-    const unsigned long flags = MS_BIND | MS_REMOUNT | MS_RDONLY | restrictions_of(to);
-    check(mount("none", to.c_str(), "none", flags, ""), "remount " + to);
+    make_read_only(to);
 }
 
 void fill_from_template(const std::string& source, const std::string& target) {
@@ -121,6 +125,7 @@ void make_root(const Entry& entry) {
     for (const std::string& folder : entry.visible) {
         make_folders(target + folder);
         bind_folder(folder, target + folder);
+        make_read_only(target + folder); // "rm -rf /tmp/*" inside must not empty a build below /tmp
     }
     write_file(target + marker_file, "namespaces\n");
     check(chdir(target.c_str()), target);

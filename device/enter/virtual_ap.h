@@ -15,7 +15,7 @@ enum class Mode {
 
 struct Entry {
     std::string root;                 ///< the template, `device-root` of the build folder
-    std::vector<std::string> visible; ///< folders that stay reachable at their own path; in the
+    std::vector<std::string> visible; ///< folders that can be read at their own path; in the
                                       ///< chroot form only again while the program exits
     bool force_chroot = false;        ///< as ORLO_VIRTUAL_AP=chroot in the environment does
 };

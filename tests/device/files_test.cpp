@@ -16,7 +16,7 @@ namespace {
 class Files : public testing::Test {
 protected:
     void SetUp() override {
-        test::shell("rm -rf /tmp/*; mkdir -p /tmp/from/folder /tmp/to /tmp/kept;"
+        test::shell("rm -rf /tmp/from /tmp/to /tmp/kept; mkdir -p /tmp/from/folder /tmp/to /tmp/kept;"
                     "echo small >/tmp/from/script; chmod 4755 /tmp/from/script;"
                     "head -c 100000 /dev/zero >/tmp/from/folder/program;"
                     "ln -s ../nowhere /tmp/from/folder/link; echo kept >/tmp/kept/file");

@@ -54,6 +54,14 @@ TEST_P(KeepingOut, files_of_this_machine_are_not_there) {
     unlink(path);
 }
 
+TEST_P(KeepingOut, the_build_folder_can_be_read_but_not_written) {
+    const std::string folder = BUILD_FOLDER;
+    EXPECT_NE(on_device("echo x >" + folder + "/planted").status, 0);
+    EXPECT_NE(access((folder + "/planted").c_str(), F_OK), 0);
+    EXPECT_EQ(on_device("test -x " + folder + "/virtual-ap").status == 0, is_namespaces())
+        << "in the chroot form it is not there at all";
+}
+
 TEST_P(KeepingOut, programs_cannot_be_written_to) {
     if (!is_namespaces()) {
         GTEST_SKIP() << "the chroot form has programs of its own instead";
