@@ -16,10 +16,11 @@ namespace {
 class Files : public testing::Test {
 protected:
     void SetUp() override {
-        test::shell("rm -rf /tmp/from /tmp/to /tmp/kept; mkdir -p /tmp/from/folder /tmp/to /tmp/kept;"
-                    "echo small >/tmp/from/script; chmod 4755 /tmp/from/script;"
-                    "head -c 100000 /dev/zero >/tmp/from/folder/program;"
-                    "ln -s ../nowhere /tmp/from/folder/link; echo kept >/tmp/kept/file");
+        test::shell(
+            "rm -rf /tmp/from /tmp/to /tmp/kept; mkdir -p /tmp/from/folder /tmp/to /tmp/kept;"
+            "echo small >/tmp/from/script; chmod 4755 /tmp/from/script;"
+            "head -c 100000 /dev/zero >/tmp/from/folder/program;"
+            "ln -s ../nowhere /tmp/from/folder/link; echo kept >/tmp/kept/file");
     }
 
     static void copy(Sharing sharing) {
