@@ -1,6 +1,7 @@
 // Text helpers.
 #include "common/text.h"
 
+#include <cstring>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -9,7 +10,8 @@ namespace orlo::test {
 static std::string replaced(std::string text, const char* needle, const char* replacement) {
     text.resize(2048);
     replace_all_substrings(text.data(), needle, replacement);
-    return std::string(text.data());
+    text.resize(strlen(text.data()));
+    return text;
 }
 
 TEST(ReplaceSubstrings, ReplacesEveryOccurrence) {
