@@ -27,7 +27,7 @@ TEST(CommandLine, options_stand_anywhere) {
         {"--here", "call", "--library", "/tmp/lib.so", "api_get_channel", "1", "--json"});
     EXPECT_EQ(line.command, "call");
     EXPECT_THAT(line.words, ElementsAre("api_get_channel", "1"));
-    EXPECT_EQ(line.library, "/tmp/lib.so");
+    EXPECT_EQ(line.vendor_library, "/tmp/lib.so");
     EXPECT_TRUE(line.here);
     EXPECT_TRUE(line.json);
     EXPECT_FALSE(line.verbose);
@@ -49,7 +49,7 @@ TEST(CommandLine, an_empty_word_is_a_word) {
 }
 
 TEST(CommandLine, a_value_may_be_joined_with_an_equals_sign) {
-    EXPECT_EQ(read_command_line({"ops", "--library=/a=b"}).library, "/a=b");
+    EXPECT_EQ(read_command_line({"ops", "--library=/a=b"}).vendor_library, "/a=b");
 }
 
 TEST(CommandLine, nothing_typed_is_no_command) {

@@ -49,7 +49,7 @@ const Option options[] = {
     {"--library",
      {},
      nullptr,
-     &CommandLine::library,
+     &CommandLine::vendor_library,
      "PATH",
      "load this vendor library (default: the environment's ORLO_LIBRARY, else liborlovendor.so "
      "beside orloctl, else where the loader finds it)"},

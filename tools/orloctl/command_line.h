@@ -9,7 +9,7 @@ namespace orloctl {
 struct CommandLine {
     std::string command; // "" when none is given
     std::vector<std::string> words;
-    std::string library; // "" when not named
+    std::string vendor_library; // "" when not named
     bool json = false;
     bool verbose = false;
     bool here = false;

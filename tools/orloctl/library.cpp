@@ -25,8 +25,8 @@ std::string beside_executable() {
 }
 
 std::string library_path(const CommandLine& line) {
-    if (!line.library.empty()) {
-        return line.library;
+    if (!line.vendor_library.empty()) {
+        return line.vendor_library;
     }
     const char* named = getenv("ORLO_LIBRARY");
     if (named != nullptr && *named != '\0') {
