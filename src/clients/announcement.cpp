@@ -4,6 +4,7 @@
 
 #include "common/log.h"
 #include "ops/operations.h"
+#include "orlo/exports.h"
 
 #include <arpa/inet.h>
 #include <cstring>

@@ -3,6 +3,7 @@
 #include "common/log.h"
 #include "common/text.h"
 #include "ops/operations.h"
+#include "orlo/exports.h"
 
 #include <cstdio>
 
