@@ -106,10 +106,8 @@ extern "C" __attribute__((visibility("default"))) int ioctl(int fd, unsigned lon
     if (!is_wireless(number) || access(driver_folder, F_OK) != 0) {
         return static_cast<int>(syscall(SYS_ioctl, fd, number, argument));
     }
+    const int before = errno;
     const int error = answer(fd, number, static_cast<iwreq*>(argument));
-    if (error != 0) {
-        errno = error;
-        return -1;
-    }
-    return 0;
+    errno = error != 0 ? error : before;
+    return error != 0 ? -1 : 0;
 }

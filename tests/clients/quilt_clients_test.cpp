@@ -149,7 +149,8 @@ TEST_F(QuiltClients, MayBeMany) {
 
 TEST_F(QuiltClients, AreNoneWithoutTheFile) {
     ASSERT_EQ(unlink("/sys/kernel/debug/sta/sta_assoc_list"), 0);
-    EXPECT_EQ(prepare(), 0);
+    const std::string complaint = stderr_of([] { EXPECT_EQ(prepare(), 0); });
+    EXPECT_THAT(complaint, HasSubstr("No such file")) << "of grep";
     EXPECT_EQ(length(1, 1), 0U);
     debug_file("");
     EXPECT_EQ(prepare(), 0);
