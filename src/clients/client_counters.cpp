@@ -10,7 +10,6 @@
 #include <cstring>
 
 using orlo::mac_text;
-using orlo::Text;
 
 namespace {
 

@@ -90,7 +90,7 @@ Station station_of(const mwl_assoc_entry& entry) {
     Station station = {};
     memcpy(station.mac, entry.mac, sizeof station.mac);
     station.mbit = entry.second_rate.rate / 1000;
-    station.signal = entry.signal;
+    station.signal = entry.signal; // NOLINT(bugprone-signed-char-misuse): below zero indeed
     station.ipv4 = entry.ipv4;
     memcpy(station.addr16, entry.addr16, sizeof station.addr16);
     return station;
