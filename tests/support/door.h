@@ -18,6 +18,7 @@ namespace orlo::test {
 //     commit wireless                                        or "commit all", "revert all"
 //     run /usr/sbin/iwconfig wdev0 commit
 //     read ifconfig | grep ...
+//     send 137 bytes to 127.0.0.1:36000
 //     sleep 3
 //
 // What failed ends in " (failed)".
@@ -27,6 +28,7 @@ enum class Call {
     access,
     fopen,
     popen,
+    sendto,
     socket,
     system,
     uci_add_list,
