@@ -10,7 +10,7 @@ namespace orlo {
 
 namespace {
 
-// Straight to the kernel: a poll of all VAPs reads 192 files, and a stream would double its time.
+// Straight to the kernel: a poll of all VAPs reads 192 files, and a stream takes longer than that.
 bool read_first_line(const char* path, char* line, size_t size) {
     const int file = open(path, O_RDONLY | O_CLOEXEC);
     if (file < 0) {
