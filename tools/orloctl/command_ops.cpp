@@ -46,14 +46,16 @@ std::string listing(const Selection& selection) {
     return table.text();
 }
 
-std::string parameter_help(const Parameter& parameter) {
+std::string parameter_help(const Parameter& parameter, const ShellCommand* shell) {
     switch (parameter.kind) {
     case Kind::integer:
         return "decimal or 0x";
     case Kind::number:
         return "";
     case Kind::text:
-        return "@null passes NULL, @@x passes \"@x\"";
+        return std::string("@null passes NULL, @@x passes \"@x\"") +
+               (shell == nullptr ? ""
+                                 : std::string("; reaches the shell ") + shell_help(shell->place));
     case Kind::text_out:
     case Kind::numbers_out:
     case Kind::word_out:
@@ -80,7 +82,8 @@ std::string details(const Operation& operation) {
     std::string text = operation.name + "\n" + table.text(2);
     Table parameters;
     for (const Parameter& parameter : operation.parameters) {
-        parameters.add({parameter.name, parameter.type, parameter_help(parameter)});
+        parameters.add(
+            {parameter.name, parameter.type, parameter_help(parameter, operation.shell)});
     }
     return operation.parameters.empty() ? text : text + "  arguments\n" + parameters.text(4);
 }
