@@ -125,6 +125,54 @@ void write_stations() {
     }
 }
 
+std::string written(const dst_rule* value) {
+    return value == nullptr ? "NULL"
+                            : "{" + written(value->ordinal) + " " + written(value->weekday) + " " +
+                                  written(value->month) + " " + written(value->hour) + ":" +
+                                  written(value->minute) + "}";
+}
+
+std::string written(const snmp_settings* value) {
+    return value == nullptr
+               ? "NULL"
+               : "{" + written(value->status) + " v" + written(value->version) + " radios " +
+                     written(value->radio_status[0]) + " " + written(value->radio_status[1]) + "}";
+}
+
+std::string written(const mac_auth_radius_server* value) {
+    return value == nullptr
+               ? "NULL"
+               : "{" + written(static_cast<int>(value->index)) + " " + written(value->ip) + "}";
+}
+
+std::string written(const knownClient_setup* value) {
+    std::string clients = value == nullptr ? "" : written(value->action);
+    const known_client_node* node = value == nullptr ? nullptr : value->mac_list;
+    for (; node != nullptr; node = node->next) {
+        clients += std::string(" ") + node->mac;
+    }
+    return value == nullptr ? "NULL" : "{" + clients + "}";
+}
+
+std::string written(const cp_settings* value) {
+    std::string garden;
+    for (size_t i = 0; value != nullptr && i < 50 && value->walled_garden[i] != nullptr; i++) {
+        garden += std::string(" ") + value->walled_garden[i];
+    }
+    return value == nullptr
+               ? "NULL"
+               : "{" + written(value->enable) + " " + written(value->auth_mode) + garden + "}";
+}
+
+std::string written(const wds_settings* value) {
+    std::string links;
+    for (size_t i = 0; value != nullptr && i < 2; i++) {
+        links +=
+            (i == 0 ? "" : " ") + written(value[i].radio_intf) + " " + written(value[i].wds_mode);
+    }
+    return value == nullptr ? "NULL" : "{" + links + "}";
+}
+
 template <class R>
 R answer(const char* name) {
     const bool failed = fails(name);

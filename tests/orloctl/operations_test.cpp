@@ -94,9 +94,9 @@ TEST(Operations, a_wrong_argument_is_named) {
 }
 
 TEST(Operations, records_that_are_not_described_are_refused_for_now) {
-    EXPECT_THAT(call_refusal("api_apply_snmp", {}),
-                HasSubstr("api_apply_snmp takes a record (struct snmp_settings) that cannot be "
-                          "written in JSON yet"));
+    EXPECT_THAT(call_refusal("api_apply_channel_quilt", {}),
+                HasSubstr("api_apply_channel_quilt takes a record (struct quilt_settings) that "
+                          "cannot be written in JSON yet"));
 }
 
 TEST(Operations, a_record_is_json_with_the_operations_own_radio) {

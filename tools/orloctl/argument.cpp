@@ -15,10 +15,6 @@ namespace orloctl {
 
 namespace {
 
-std::string argument_name(const Parameter& parameter, size_t position) {
-    return "argument " + std::to_string(position) + " (" + parameter.name + ")";
-}
-
 // How a sentence about an argument begins.
 std::string argument_title(const Parameter& parameter, size_t position) {
     return argument_name(parameter, position) + ": ";
@@ -84,6 +80,10 @@ std::string shown_value(const Argument& argument) {
 
 } // namespace
 
+std::string argument_name(const Parameter& parameter, size_t position) {
+    return "argument " + std::to_string(position) + " (" + parameter.name + ")";
+}
+
 Argument read_argument(const Parameter& parameter, size_t position, const std::string& word) {
     const std::string title = argument_title(parameter, position);
     switch (parameter.kind) {
@@ -112,16 +112,9 @@ Argument read_record_argument(const Parameter& parameter, size_t position, const
     const bool in_file = word[0] == '@';
     const std::string source = in_file ? word.substr(1) : argument_name(parameter, position);
     const Json json = parse_json(in_file ? read_file(source) : word, source);
-    const Form& form = *parameter.form;
     Problems problems;
     place.path = parameter.name;
-    void* first = nullptr;
-    if (form.type == Type::keyed) {
-        first = read_keyed(json.get(), form, place, *arena, problems);
-    } else {
-        first = arena->take(form.record->size);
-        read_record(json.get(), *form.record, first, place, *arena, problems);
-    }
+    void* first = read_records(json.get(), *parameter.form, place, *arena, problems);
     if (!problems.empty()) {
         throw Refusal(joined(problems, "\n"));
     }

@@ -103,7 +103,10 @@ T pass(Argument& argument) {
     }
 }
 
-// The argument that a word means; `position` counts from 1. Throws a Refusal that names it.
+// "argument 2 (channel)": how a sentence names an argument. Positions count from 1.
+std::string argument_name(const Parameter& parameter, size_t position);
+
+// The argument that a word means. Throws a Refusal that names it.
 Argument read_argument(const Parameter& parameter, size_t position, const std::string& word);
 
 // The record that a word means: JSON, or "@FILE" with JSON. Throws a Refusal that lists everything

@@ -48,6 +48,7 @@ private:
         }
     }
     std::vector<std::string> titles_after_failure() const;
+    std::vector<std::string> changed_at_once() const;
 
     const vendor_ops& ops_;
     Revert& revert_;
@@ -88,6 +89,18 @@ std::vector<std::string> Application::titles_after_failure() const {
     return titles;
 }
 
+// What the steps before the failure changed outside of the configuration; a positive result says
+// that the failed one has got as far as that, too.
+std::vector<std::string> Application::changed_at_once() const {
+    std::vector<std::string> changes;
+    for (size_t i = 0; i < done_ + (result_ > 0 ? 1 : 0); i++) {
+        if (steps_[i].at_once != nullptr) {
+            changes.push_back(std::string(steps_[i].at_once) + ", by " + steps_[i].operation);
+        }
+    }
+    return changes;
+}
+
 void print_list(const char* heading, const std::vector<std::string>& lines, const char* none) {
     if (lines.empty()) {
         fprintf(stderr, "%s\n", none);
@@ -101,6 +114,9 @@ void Application::report_failure() const {
     print_list(heading.c_str(), reason_, (heading + " the library logged no reason").c_str());
     print_list("committed before the failure, still in force:", ledger_.committed(),
                "nothing had been committed");
+    if (!changed_at_once().empty()) {
+        print_list("changed at once, still in force:", changed_at_once(), "");
+    }
     print_list("discarded:", ledger_.discarded(), "nothing was left to discard");
     if (!ledger_.staged().empty()) {
         print_list("could not be discarded, still staged:", ledger_.staged(), "");
@@ -126,6 +142,7 @@ Json step_json(const Step& step) {
     Json object = json_object_new();
     set(object, "operation", json_text(step.operation));
     set(object, "radio", step.radio ? json_int(*step.radio) : json_null_new());
+    set(object, "vap", step.vap ? json_int(*step.vap) : json_null_new());
     return object;
 }
 
@@ -150,6 +167,7 @@ Json Application::json() const {
     set(object, "failed", std::move(failed));
     set(object, "not_done", std::move(not_done));
     set(object, "committed", json_texts(ledger_.committed()));
+    set(object, "changed_at_once", json_texts(changed_at_once()));
     set(object, "discarded", json_texts(ledger_.discarded()));
     set(object, "staged", json_texts(ledger_.staged()));
     set(object, "unreadable", json_texts(ledger_.unreadable()));
@@ -207,29 +225,36 @@ Exit run(const CommandLine& line, Output& output) {
 
 std::string help() {
     return paragraph("Applies a description of the access point, written in JSON. All of it is "
-                     "checked before anything is called. Then, in the agent's order: each radio of "
-                     "the list (api_apply_radio_status, api_apply_radio, api_apply_hw_specific, "
-                     "api_apply_wireless_interface, api_apply_vap: as far as they are described), "
-                     "the hashes and the profile id, api_save_config.") +
+                     "checked before anything is called. Then, in the agent's order and as far as "
+                     "they are described: the country and SNMP; each radio of the list (status, "
+                     "settings, hardware, channels and power, VAPs, who may use them); WDS links, "
+                     "known clients, the portal's address; LEDs, reset button, syslog, OpenFlow; "
+                     "the hashes and the profile id; the time, the login; api_save_config. "
+                     "--dry-run shows the operations.") +
            "\n" +
            paragraph("When an operation fails the rest is not done and every staged change is "
                      "discarded. What was committed before stays: api_apply_wireless_interface "
                      "commits package wireless itself, in its channel and power steps, and so does "
-                     "api_apply_hw_specific when it moves the radio to another channel. Both are "
-                     "listed.") +
+                     "api_apply_hw_specific when it moves the radio to another channel. So does "
+                     "what takes effect at once: time zone, clock, login. All of it is listed.") +
            "\n" +
            paragraph("A description may hold what follows; what it leaves out is left alone. But "
                      "a radio with any of override, channel, second_channel and power_percent gets "
-                     "\"not-override\" and 0 for the others of these four; and of a radio with "
-                     "vaps those that it does not list get disabled.") +
-           "\n  {\"radios\": [{\"radio\": 1, \"channel\": 36}], \"profile\": {\"id\": 7}}\n" +
-           "\n  radios[]\n" + field_table(radio_record, 4) + "  profile\n" +
+                     "\"not-override\" and 0 for the others of these four; of a radio with vaps "
+                     "those that it does not list get disabled; and a WDS link disables all VAPs "
+                     "but the first of its radio.") +
+           "\n  {\"radios\": [{\"radio\": 1, \"channel\": 36}], \"profile\": {\"id\": 7}}\n\n" +
+           field_table(access_point_record, 2) + "\n  system\n" + field_table(system_record, 4) +
+           "\n  radios[]\n" + field_table(radio_record, 4) + "\n  profile\n" +
            field_table(profile_record, 4) + "\n" +
-           paragraph("'orloctl records NAME' describes an object, for example hw_specific_settings "
-                     "or vap_settings; 'orloctl schema' prints all of it for editors.") +
+           paragraph("'orloctl records NAME' describes an object, for example time, vap_settings "
+                     "or cp_settings; 'orloctl schema' prints all of it for editors.") +
+           "\n" +
+           paragraph("A zone or login in which the shell would find more than a text is refused; "
+                     "--raw passes everything on unchecked.") +
            "\n" +
            paragraph("With --json: what was done, what failed and why, what is committed, "
-                     "discarded and staged, which packages cannot be read.") +
+                     "changed at once, discarded and staged, which packages cannot be read.") +
            "\nOptions:\n" + option_help("apply");
 }
 

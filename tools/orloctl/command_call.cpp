@@ -79,14 +79,16 @@ std::string meanings() {
 }
 
 std::string help() {
-    return paragraph("Calls one operation, by name or slot number. Its words are those of its "
-                     "prototype: integers decimal or 0x, texts as they are (@null passes NULL, "
-                     "@@x passes \"@x\"); \"--\" comes before a text that begins with \"-\". "
-                     "A record is JSON, or @FILE with JSON, and is checked ('orloctl records' "
-                     "lists what can be written so). "
-                     "What the operation fills in is printed behind its result, records as tables "
-                     "with \"unset\" for what it left alone; arguments that it "
-                     "never reads take no word. Changes that it stages stay staged.") +
+    return paragraph(
+               "Calls one operation, by name or slot number. Its words are those of its "
+               "prototype: integers decimal or 0x, texts as they are (@null passes NULL, "
+               "@@x passes \"@x\"); \"--\" comes before a text that begins with \"-\". "
+               "A record is JSON, or @FILE with JSON, and is checked ('orloctl records' "
+               "lists what can be written so). A text that reaches the shell ('orloctl ops NAME' "
+               "tells) is refused when the shell would act on a part of it, or when the "
+               "command has no room for it; --raw passes it on. "
+               "What the operation fills in is printed behind its result; arguments that it "
+               "never reads take no word. Changes that it stages stay staged.") +
            "\nResults are shown by their meaning ('orloctl ops NAME' tells an operation's):\n" +
            meanings() +
            paragraph("Failed and none end with exit code 1, and with the library's last log lines "

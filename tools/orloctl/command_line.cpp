@@ -31,7 +31,7 @@ const Option options[] = {
      &CommandLine::raw,
      nullptr,
      "",
-     "pass values on unchecked; the library's own refusals show"},
+     "pass values on unchecked, to the shell as well; the library's own refusals show"},
     {"--dry-run",
      {"apply"},
      &CommandLine::dry_run,

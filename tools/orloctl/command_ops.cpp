@@ -46,7 +46,7 @@ std::string listing(const Selection& selection) {
     return table.text();
 }
 
-std::string parameter_help(const Parameter& parameter) {
+std::string parameter_help(const Parameter& parameter, const ShellCommand* shell) {
     if (parameter.is_filled_in()) {
         return "filled in, printed behind the result";
     }
@@ -56,7 +56,9 @@ std::string parameter_help(const Parameter& parameter) {
     case Kind::number:
         return "";
     case Kind::text:
-        return "@null passes NULL, @@x passes \"@x\"";
+        return std::string("@null passes NULL, @@x passes \"@x\"") +
+               (shell == nullptr ? ""
+                                 : std::string("; reaches the shell ") + shell_help(shell->place));
     case Kind::ignored:
         return "never read, takes no word";
     case Kind::record:
@@ -83,7 +85,8 @@ std::string details(const Operation& operation) {
     std::string text = operation.name + "\n" + table.text(2);
     Table parameters;
     for (const Parameter& parameter : operation.parameters) {
-        parameters.add({parameter.name, parameter.type, parameter_help(parameter)});
+        parameters.add(
+            {parameter.name, parameter.type, parameter_help(parameter, operation.shell)});
     }
     return operation.parameters.empty() ? text : text + "  arguments\n" + parameters.text(4);
 }

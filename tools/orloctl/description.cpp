@@ -72,6 +72,7 @@ Description read_description(const std::string& text, const std::string& source,
     Problems problems;
     Place place;
     place.checked = checked;
+    place.in_description = true;
     read_record(json.get(), access_point_record, description.root_, place, description.arena_,
                 problems);
     if (!problems.empty()) {

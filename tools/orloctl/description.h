@@ -15,6 +15,82 @@ namespace orloctl {
 constexpr int32_t not_described = INT_MIN;
 
 // Texts are NULL, records and VAPs too, when they are not described.
+struct NtpDescription {
+    const char* server;
+    int32_t interval; // 0: not described
+};
+
+struct ManualTimeDescription {
+    int32_t year;
+    int32_t month;
+    int32_t day;
+    int32_t hour;
+    int32_t minute;
+    int32_t preserve_time_status;
+};
+
+struct DaylightSavingDescription {
+    int32_t enabled;
+    dst_rule start;
+    dst_rule end;
+    int32_t offset;
+};
+
+struct TimeDescription {
+    const char* zone;
+    const DaylightSavingDescription* daylight_saving;
+    const ManualTimeDescription* manual;
+    const NtpDescription* ntp;
+};
+
+struct SyslogDescription {
+    int32_t enabled;
+    const char* host;
+    int32_t port;
+    int32_t severity; // -1: not described
+    const char* fixed_facility;
+};
+
+struct OpenflowControllerDescription {
+    int32_t index;
+    const char* address; // "": no such controller
+};
+
+struct OpenflowCriticalModeDescription {
+    const char* mode;
+    int32_t timeout;
+};
+
+struct OpenflowDescription {
+    int32_t enabled;
+    List<const OpenflowControllerDescription> controllers;
+    const OpenflowCriticalModeDescription* critical_mode;
+};
+
+struct LoginDescription {
+    const char* username;
+    const char* password;
+};
+
+struct SystemDescription {
+    const char* country;
+    int32_t leds;
+    int32_t reset_button;
+    TimeDescription time;
+    const SyslogDescription* syslog;
+    OpenflowDescription openflow;
+    const snmp_settings* snmp; // its `radio_status` may be left to the radios
+    const LoginDescription* login;
+};
+
+struct VapAccessDescription {
+    int32_t vap;
+    int32_t mac_filter_mode;
+    List<const mac_auth_radius_server> mac_auth_servers;
+    int32_t mac_auth_critical_mode;
+    const cp_settings* captive_portal;
+};
+
 struct RadioDescription {
     int32_t radio; // 0: 2.4 GHz, 1: 5 GHz
     int32_t enabled;
@@ -25,6 +101,7 @@ struct RadioDescription {
     const radio_settings* settings;
     hw_specific_settings* hardware;
     vap_settings* vaps; // all of the radio's
+    List<const VapAccessDescription> access;
 
     // Whether there is something for api_apply_wireless_interface.
     bool has_channel_or_power() const {
@@ -39,8 +116,14 @@ struct ProfileDescription {
     const char* config_hash;
 };
 
+constexpr size_t wds_links = 2; // that api_apply_wds takes
+
 struct AccessPointDescription {
+    SystemDescription system;
     List<const RadioDescription> radios;
+    const wds_settings* wds; // as many as there can be
+    const knownClient_setup* known_clients;
+    const char* portal_address; // "": none
     ProfileDescription profile;
 };
 

@@ -7,6 +7,7 @@
 
 #include "exit.h"
 #include "records/registry.h"
+#include "records/rule.h"
 #include "text.h"
 
 namespace orloctl {
@@ -100,7 +101,8 @@ std::vector<Operation> all_operations() {
     std::vector<Operation> all;
     for (const Listed& entry : listed) {
         all.push_back({entry.slot, entry.name, prototype(entry), entry.result, entry.meaning,
-                       entry.summary, named_parameters(entry), entry.call});
+                       entry.summary, named_parameters(entry), shell_command(entry.name),
+                       entry.call});
     }
     return all;
 }
@@ -137,6 +139,34 @@ std::string proposal(const std::string& name) {
         }
     }
     return nearest == nullptr ? "" : "; did you mean " + nearest->name + "?";
+}
+
+// Refuses texts with which the operation would run another command than it seems.
+void check_shell_texts(const Operation& operation, const std::vector<Argument>& arguments) {
+    Problems problems;
+    size_t size = 0;
+    std::string name;
+    for (size_t i = 0; i < arguments.size(); i++) {
+        const auto* text = std::get_if<Text>(&arguments[i]);
+        if (text == nullptr || !*text) {
+            continue;
+        }
+        name = argument_name(operation.parameters[i], i + 1);
+        size += (*text)->size();
+        const std::string objection = shell_objection(**text, operation.shell->place);
+        if (!objection.empty()) {
+            wrong(name, objection, problems);
+        }
+    }
+    if (size > operation.shell->room) {
+        wrong(name,
+              "the command has room for " + std::to_string(operation.shell->room) +
+                  " bytes of text, not for " + std::to_string(size),
+              problems);
+    }
+    if (!problems.empty()) {
+        throw Refusal(joined(problems, "\n"));
+    }
 }
 
 } // namespace
@@ -217,6 +247,9 @@ std::vector<Argument> read_arguments(const Operation& operation,
         if (parameter.name == "radio" && parameter.kind == Kind::integer) {
             place.radio = std::get<int>(arguments.back());
         }
+    }
+    if (checked && operation.shell != nullptr) {
+        check_shell_texts(operation, arguments);
     }
     return arguments;
 }

@@ -6,6 +6,7 @@
 
 #include "argument.h"
 #include "result.h"
+#include "shell.h"
 
 namespace orloctl {
 
@@ -17,6 +18,7 @@ struct Operation {
     Meaning meaning;
     std::string summary;
     std::vector<Parameter> parameters;
+    const ShellCommand* shell; // that its texts reach, or NULL
     Result (*call)(const vendor_ops& ops, std::vector<Argument>& arguments);
 
     // Whether it has an argument that no word can describe.
@@ -32,8 +34,9 @@ const std::vector<Operation>& operations();
 // By name or slot number. Throws a Refusal that proposes what may have been meant.
 const Operation& find_operation(const std::string& name_or_slot);
 
-// Types the words of a call, and checks records against their rules if `checked`; arguments that
-// take no word are added. Throws a Refusal.
+// Types the words of a call; arguments that take no word are added. If `checked`, records must keep
+// to their rules, and texts that reach the shell must be no more than texts there. Throws a
+// Refusal.
 std::vector<Argument> read_arguments(const Operation& operation,
                                      const std::vector<std::string>& words, bool checked);
 

@@ -15,16 +15,21 @@ namespace orloctl {
 struct Step {
     std::string operation;
     std::optional<int> radio; // whose step it is
+    std::optional<int> vap;
     std::function<int(const vendor_ops&)> call;
-    Json arguments; // an array
+    Json arguments;                // an array
+    const char* at_once = nullptr; // what it changes that cannot be discarded any more
 
     std::string title() const {
-        return radio ? operation + " radio " + std::to_string(*radio) : operation;
+        return operation + (radio ? " radio " + std::to_string(*radio) : "") +
+               (vap ? " VAP " + std::to_string(*vap) : "");
     }
 };
 
-// Each radio's status, settings, hardware, channels and power, VAPs; the hashes and the profile id;
-// the save. The steps need the description; VAPs can be applied once, as their lists are consumed.
+// The country, and SNMP, whose traps tell what the radios are about to do; each radio's status,
+// settings, hardware, channels and power, VAPs and access to them; links, which take a VAP as it
+// is; the rest of the device, the hashes and the profile id; what takes effect at once; the save.
+// The steps need the description; VAPs can be applied once, as their lists are consumed.
 std::vector<Step> plan(const Description& description, bool save);
 
 } // namespace orloctl

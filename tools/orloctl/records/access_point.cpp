@@ -14,14 +14,50 @@ Form described_number() {
     return number().or_not_given(not_described);
 }
 
+int radio_of(const wds_settings& link) {
+    return is(link.radio_intf, "wlan0") ? 0 : is(link.radio_intf, "wlan1") ? 1 : -1;
+}
+
+bool has_a_radio_for_each_link(const AccessPointDescription& access_point, const Place& /*place*/) {
+    const wds_settings* links = access_point.wds;
+    return links == nullptr || links[1].radio_intf == nullptr ||
+           radio_of(links[0]) != radio_of(links[1]);
+}
+
+// A link takes VAP 0 as it is, and disables the other ones.
+bool has_room_for_links(const AccessPointDescription& access_point, const Place& /*place*/) {
+    for (size_t i = 0; access_point.wds != nullptr && i < wds_links; i++) {
+        for (const RadioDescription& radio : access_point.radios) {
+            const bool carries_link = radio.radio == radio_of(access_point.wds[i]);
+            for (int vap = 0; carries_link && radio.vaps != nullptr && vap < ORLO_VAPS_PER_RADIO;
+                 vap++) {
+                if (radio.vaps[vap].status != (vap == 0 ? 1 : 0)) {
+                    return false;
+                }
+            }
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 // clang-format off
 const Record access_point_record = {
     "access_point", "an access point", sizeof(AccessPointDescription), {
+    {MEMBER_OF(AccessPointDescription, system), record(system_record), "the device as a whole"},
     {MEMBER_OF(AccessPointDescription, radios), list(radio_record, "radio"),
      "applied in the order of the list"},
+    {MEMBER_OF(AccessPointDescription, wds), some(wds_settings_record, wds_links),
+     "all its WDS links; none in the list: there are none"},
+    {MEMBER_OF(AccessPointDescription, known_clients), optional(knownClient_setup_record),
+     "stations that are let in, or kept out, by their address"},
+    {MEMBER_OF(AccessPointDescription, portal_address), text(),
+     "address of captive portals on the LAN; empty: none"},
     {MEMBER_OF(AccessPointDescription, profile), record(profile_record), "what the agent keeps of it"},
+}, {
+    condition<&has_a_radio_for_each_link>("wds[1].radio_intf", "is the radio of wds[0] as well"),
+    condition<&has_room_for_links>("wds", "the radio of a link has VAP 0 enabled, and no other"),
 }};
 
 const Record radio_record = {
@@ -46,6 +82,8 @@ const Record radio_record = {
      "settings of its hardware"},
     {MEMBER_OF(RadioDescription, vaps), keyed(vap_settings_record, ORLO_VAPS_PER_RADIO, "vap"),
      "its VAPs; one that is not listed gets disabled"},
+    {MEMBER_OF(RadioDescription, access), list(vap_access_record, "vap"),
+     "who may use its VAPs; of one that is not listed nothing changes"},
 }, {}, nullptr, nullptr, "radio"};
 
 const Record profile_record = {

@@ -21,6 +21,14 @@ Place Place::element(size_t index) const {
     return place;
 }
 
+bool is(const char* text, const char* word) {
+    return text != nullptr && strcmp(text, word) == 0;
+}
+
+bool is_given(const char* text) {
+    return text != nullptr && *text != '\0';
+}
+
 const Field* Record::find(const std::string& name) const {
     const auto found = std::find_if(fields.begin(), fields.end(),
                                     [&](const Field& field) { return field.is(name.c_str()); });

@@ -37,10 +37,14 @@ enum class Storage {
     uint32,
     text,       // const char *
     characters, // char[N]
+    numbers,    // int32_t[N]
+    texts,      // const char *[N]
     record,     // a record, or an array of them
     pointer,    // to one record or several
+    pointers,   // an array of those
     list,       // List
     addresses,  // struct mac_list
+    clients,    // struct known_client_node *
 };
 
 template <class T>
@@ -50,23 +54,32 @@ struct IsList<List<T>> : std::true_type {};
 
 template <class Member>
 constexpr Storage storage_of() {
+    using Element = std::remove_extent_t<Member>; // Member itself, unless that is an array
+    constexpr bool is_array = std::is_array_v<Member>;
     if constexpr (std::is_same_v<Member, int32_t>) {
         return Storage::int32;
     } else if constexpr (std::is_same_v<Member, uint32_t>) {
         return Storage::uint32;
     } else if constexpr (std::is_same_v<Member, const char*>) {
         return Storage::text;
-    } else if constexpr (std::is_array_v<Member> &&
-                         std::is_same_v<std::remove_extent_t<Member>, char>) {
+    } else if constexpr (is_array && std::is_same_v<Element, char>) {
         return Storage::characters;
+    } else if constexpr (is_array && std::is_same_v<Element, int32_t>) {
+        return Storage::numbers;
+    } else if constexpr (is_array && std::is_same_v<Element, const char*>) {
+        return Storage::texts;
+    } else if constexpr (is_array && std::is_pointer_v<Element>) {
+        return Storage::pointers;
     } else if constexpr (std::is_same_v<Member, mac_list>) {
         return Storage::addresses;
+    } else if constexpr (std::is_same_v<Member, known_client_node*>) {
+        return Storage::clients;
     } else if constexpr (IsList<Member>::value) {
         return Storage::list;
     } else if constexpr (std::is_pointer_v<Member>) {
         return Storage::pointer;
     } else {
-        static_assert(std::is_class_v<std::remove_extent_t<Member>>, "give this type a storage");
+        static_assert(std::is_class_v<Element>, "give this type a storage");
         return Storage::record;
     }
 }
@@ -99,7 +112,8 @@ struct Place {
     std::string path;
     std::optional<int> radio;
     std::optional<int> vap;
-    bool checked = true; // values, not only types
+    bool checked = true;         // values, not only types
+    bool in_description = false; // of the access point, the rest of which tells more
 
     Place member(const std::string& name) const;
     Place element(size_t index) const;
@@ -111,6 +125,10 @@ struct Condition {
     const char* sentence;
     bool (*holds)(const void* record, const Place& place);
 };
+
+// Texts of a record, which may be NULL, in such rules.
+bool is(const char* text, const char* word);
+bool is_given(const char* text); // not empty either
 
 template <auto Holds>
 struct HoldsFor;

@@ -12,9 +12,17 @@ Form of_type(Type type) {
     return form;
 }
 
-Form of_record(Type type, const Record& record) {
+Form of_record(Type type, const Record& record, size_t count = 1, const char* key = nullptr) {
     Form form = of_type(type);
     form.record = &record;
+    form.count = count;
+    form.key = key;
+    return form;
+}
+
+Form of_names(Type type, std::vector<Name> names) {
+    Form form = of_type(type);
+    form.names = std::move(names);
     return form;
 }
 
@@ -57,6 +65,18 @@ Form Form::not_empty() const {
 Form Form::joined_by(const char* text) const {
     Form form = *this;
     form.separator = text;
+    return form;
+}
+
+Form Form::reaches(Shell place) const {
+    Form form = *this;
+    form.shell = place;
+    return form;
+}
+
+Form Form::like_mac() const {
+    Form form = *this;
+    form.is_mac = true;
     return form;
 }
 
@@ -106,9 +126,25 @@ Form number() {
     return of_type(Type::number);
 }
 
-Form mask(std::vector<Bit> bits) {
-    Form form = of_type(Type::mask);
-    form.bits = std::move(bits);
+Form choice(std::vector<Name> names) {
+    std::vector<int64_t> numbers;
+    for (const Name& name : names) {
+        numbers.push_back(name.value);
+    }
+    return of_names(Type::choice, std::move(names)).one_of(std::move(numbers));
+}
+
+Form mask(std::vector<Name> bits) {
+    return of_names(Type::mask, std::move(bits));
+}
+
+Form flags(size_t count) {
+    return flags(count, {});
+}
+
+Form flags(size_t count, std::vector<Name> positions) {
+    Form form = of_names(Type::flags, std::move(positions)).one_of({0, 1});
+    form.count = count;
     return form;
 }
 
@@ -116,14 +152,22 @@ Form text() {
     return of_type(Type::text);
 }
 
+Form texts(size_t count) {
+    Form form = of_type(Type::texts);
+    form.count = count;
+    return form;
+}
+
 Form record(const Record& of) {
     return of_record(Type::record, of);
 }
 
 Form array(const Record& of, size_t count) {
-    Form form = of_record(Type::array, of);
-    form.count = count;
-    return form;
+    return of_record(Type::array, of, count);
+}
+
+Form some(const Record& of, size_t count) {
+    return of_record(Type::some, of, count);
 }
 
 Form optional(const Record& of) {
@@ -131,20 +175,19 @@ Form optional(const Record& of) {
 }
 
 Form list(const Record& of, const char* key) {
-    Form form = of_record(Type::list, of);
-    form.key = key;
-    return form;
+    return of_record(Type::list, of, 1, key);
 }
 
 Form keyed(const Record& of, size_t count, const char* key) {
-    Form form = of_record(Type::keyed, of);
-    form.count = count;
-    form.key = key;
-    return form;
+    return of_record(Type::keyed, of, count, key);
+}
+
+Form references(const Record& of, size_t count, const char* key) {
+    return of_record(Type::references, of, count, key);
 }
 
 Form addresses() {
-    return of_type(Type::addresses);
+    return of_type(Type::addresses).not_empty();
 }
 
 Form by_radio(const Form& radio_0, const Form& radio_1) {

@@ -8,21 +8,28 @@
 #include <optional>
 #include <vector>
 
+#include "shell.h"
+
 namespace orloctl {
 
 struct Record;
 
 enum class Type {
-    flag,      // true or false, kept as 1 or 0
-    number,    // an integer
-    mask,      // the names of bits in an array, or their number
-    text,      // a text, or none
-    record,    // an object
-    array,     // a fixed number of records
-    optional,  // an object, or none
-    list,      // as many records as there are
-    keyed,     // a fixed number of records, of which each listed one names its position
-    addresses, // an array of texts that the library consumes
+    flag,       // true or false, kept as 1 or 0
+    number,     // an integer
+    choice,     // the name of a number, or the number
+    mask,       // the names of bits in an array, or their number
+    flags,      // a fixed number of flags: each in its place, or the names of those that are set
+    text,       // a text, or none
+    texts,      // up to a fixed number of texts
+    record,     // an object
+    array,      // a fixed number of records: those that are not listed get their defaults
+    some,       // a fixed number of records: those that are not listed are zero
+    optional,   // an object, or none
+    list,       // as many records as there are
+    keyed,      // a fixed number of records, of which each listed one names its position
+    references, // the same of pointers to records: NULL where none is listed
+    addresses,  // an array of texts that becomes a chain of nodes
 };
 
 struct Span {
@@ -30,9 +37,10 @@ struct Span {
     int64_t last;
 };
 
-struct Bit {
+// The name of a number, of a bit or of a flag.
+struct Name {
     const char* name;
-    uint32_t bit;
+    uint32_t value; // the number, the bit, or the flag's position
 };
 
 // What is accepted beside the type. Without numbers, span or words: anything.
@@ -54,10 +62,12 @@ struct Form {
     size_t longest = 0;                                            // 0: any length
     const char* separator = nullptr; // a text may be an array, which this joins
     const char* unit = "";
-    std::vector<Bit> bits = {};
+    bool is_mac = false;        // a text is an address
+    Shell shell = Shell::never; // where a text reaches the shell
+    std::vector<Name> names = {};
     const Record* record = nullptr; // of which the field is made
-    size_t count = 1;               // how many there are, of array and keyed
-    const char* key = nullptr;      // the member that tells elements of list and keyed apart
+    size_t count = 1;               // how many there are, where their number is fixed
+    const char* key = nullptr;      // the member that tells elements of a list apart
     const char* selected = nullptr; // the member of a union that this text selects
 
     Form in(int64_t first, int64_t last) const;
@@ -66,6 +76,8 @@ struct Form {
     Form bytes(size_t most) const;
     Form not_empty() const;
     Form joined_by(const char* text) const;
+    Form reaches(Shell place) const;
+    Form like_mac() const;
     Form in_unit(const char* name) const;
     Form required() const;
     Form or_else(int64_t number) const;
@@ -79,13 +91,19 @@ namespace forms {
 
 Form flag();
 Form number();
-Form mask(std::vector<Bit> bits);
+Form choice(std::vector<Name> names);
+Form mask(std::vector<Name> bits);
+Form flags(size_t count);
+Form flags(size_t count, std::vector<Name> positions);
 Form text();
+Form texts(size_t count);
 Form record(const Record& of);
 Form array(const Record& of, size_t count);
+Form some(const Record& of, size_t count);
 Form optional(const Record& of);
 Form list(const Record& of, const char* key);
 Form keyed(const Record& of, size_t count, const char* key);
+Form references(const Record& of, size_t count, const char* key);
 Form addresses();
 
 // A form that accepts one thing on radio 0 and another on radio 1.

@@ -67,6 +67,18 @@ void Arena::fill(mac_list& list, const std::vector<std::string>& addresses) {
     }
 }
 
+known_client_node* Arena::chain(const std::vector<std::string>& addresses) {
+    known_client_node* head = nullptr;
+    known_client_node** next = &head;
+    for (const std::string& address : addresses) {
+        auto* node = static_cast<known_client_node*>(take(sizeof(known_client_node)));
+        memcpy(node->mac, address.data(), std::min(address.size(), sizeof node->mac - 1));
+        *next = node;
+        next = &node->next;
+    }
+    return head;
+}
+
 void* member_of(void* record, const Field& field) {
     return static_cast<unsigned char*>(record) + field.offset;
 }

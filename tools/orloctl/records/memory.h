@@ -30,6 +30,9 @@ public:
     // them: it frees those that it consumes, the arena those that it does not.
     void fill(mac_list& list, const std::vector<std::string>& addresses);
 
+    // A chain of known clients, which the library only reads; NULL when there is none.
+    known_client_node* chain(const std::vector<std::string>& addresses);
+
 private:
     std::vector<std::unique_ptr<unsigned char[]>> blocks_;
     std::vector<mac_list*> lists_;
@@ -47,6 +50,16 @@ bool fits(const Field& field, int64_t value);
 std::optional<std::string> load_text(const void* record, const Field& field);
 void store_text(void* record, const Field& field, const std::optional<std::string>& value,
                 Arena& arena);
+
+// The first of an array's elements: T is int32_t, const char* or a pointer.
+template <class T>
+T* elements_of(void* record, const Field& field) {
+    return static_cast<T*>(member_of(record, field));
+}
+template <class T>
+const T* elements_of(const void* record, const Field& field) {
+    return static_cast<const T*>(member_of(record, field));
+}
 
 // Pointers and lists of records.
 void* load_pointer(const void* record, const Field& field);

@@ -13,9 +13,9 @@ namespace orloctl {
 void read_record(json_t* json, const Record& record, void* memory, const Place& place, Arena& arena,
                  Problems& problems);
 
-// As many records as the form says, as a field of type keyed has them; NULL when the JSON is no
-// array. Those that are not listed are zero.
-void* read_keyed(json_t* json, const Form& form, const Place& place, Arena& arena,
-                 Problems& problems);
+// One record or several, of a form that an operation's argument may have; NULL when the JSON is of
+// another type. Those that are not listed are zero.
+void* read_records(json_t* json, const Form& form, const Place& place, Arena& arena,
+                   Problems& problems);
 
 } // namespace orloctl

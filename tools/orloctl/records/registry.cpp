@@ -1,7 +1,6 @@
 #include "records/registry.h"
 
-#include <algorithm>
-
+#include "description.h"
 #include "exit.h"
 #include "text.h"
 
@@ -19,6 +18,12 @@ const std::vector<RecordArgument>& record_arguments() {
         {"api_apply_radio", forms::record(radio_settings_record)},
         {"api_apply_hw_specific", forms::record(hw_specific_settings_record)},
         {"api_apply_vap", forms::keyed(vap_settings_record, ORLO_VAPS_PER_RADIO, "vap")},
+        {"api_apply_mac_auth_radius_server", forms::record(mac_auth_radius_server_record)},
+        {"api_apply_captive_portal_to_vap", forms::record(cp_settings_record)},
+        {"api_apply_known_clients", forms::record(knownClient_setup_record)},
+        {"api_apply_wds", forms::some(wds_settings_record, wds_links)},
+        {"api_apply_daylight_saving", forms::record(dst_rule_record)},
+        {"api_apply_snmp", forms::record(snmp_settings_record)},
     };
     return all;
 }
@@ -28,8 +33,21 @@ const std::vector<RecordArgument>& record_arguments() {
 const std::vector<const Record*>& all_records() {
     static const std::vector<const Record*> all = {
         &access_point_record,
+        &system_record,
         &radio_record,
         &profile_record,
+        &time_record,
+        &ntp_record,
+        &manual_time_record,
+        &daylight_saving_record,
+        &dst_rule_record,
+        &syslog_record,
+        &openflow_record,
+        &openflow_controller_record,
+        &openflow_critical_mode_record,
+        &snmp_settings_record,
+        &snmp_trap_host_record,
+        &login_record,
         &radio_settings_record,
         &hw_specific_settings_record,
         &vap_settings_record,
@@ -42,6 +60,13 @@ const std::vector<const Record*>& all_records() {
         &fast_roaming_ft_record,
         &rrm_record,
         &wnm_record,
+        &vap_access_record,
+        &mac_auth_radius_server_record,
+        &cp_settings_record,
+        &cp_auth_server_record,
+        &wds_settings_record,
+        &wds_wpa_record,
+        &knownClient_setup_record,
     };
     return all;
 }

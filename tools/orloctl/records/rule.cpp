@@ -1,6 +1,7 @@
 #include "records/rule.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "json.h"
 #include "text.h"
@@ -40,12 +41,20 @@ bool accepts(const Accepted& accepted, int64_t value) {
 }
 
 std::string shown(const Form& form, int64_t value) {
-    return form.type == Type::mask ? shown_mask(form, value) : std::to_string(value);
+    if (form.type == Type::mask) {
+        return shown_mask(form, value);
+    }
+    for (const Name& name : form.names) {
+        if (form.type == Type::choice && name.value == value) {
+            return quoted(name.name);
+        }
+    }
+    return std::to_string(value);
 }
 
 // "0 or in 36..165", "WPA2 or WPA3", "\"a\" or \"b\"", "true or false"; "" for anything.
 std::string choices(const Form& form, const Accepted& accepted) {
-    if (form.type == Type::flag) {
+    if (form.type == Type::flag || form.type == Type::flags) {
         return "true or false";
     }
     std::vector<std::string> parts;
@@ -70,12 +79,16 @@ std::string choices_help(const Form& form) {
     return first + " (radio 0), " + choices(form, form.accepted[1]) + " (radio 1)";
 }
 
-std::string bit_names(const Form& form) {
+std::string names_help(const Form& form) {
     std::vector<std::string> names;
-    for (const Bit& bit : form.bits) {
-        names.push_back(quoted(bit.name));
+    for (const Name& name : form.names) {
+        names.push_back(quoted(name.name));
     }
     return joined(names, ", ");
+}
+
+std::string up_to(const Form& form) {
+    return "array of up to " + std::to_string(form.count) + " ";
 }
 
 // The type without rules.
@@ -86,17 +99,25 @@ std::string type_name(const Form& form) {
     case Type::number:
         return "integer";
     case Type::mask:
-        return "array of " + bit_names(form) + ":";
+        return "array of " + names_help(form) + ":";
+    case Type::choice:
+        return "";
+    case Type::flags:
+        return form.names.empty() ? up_to(form) + "true or false" : "array of " + names_help(form);
     case Type::text:
         return form.separator == nullptr ? "text" : "text or array";
+    case Type::texts:
+        return up_to(form) + "texts";
     case Type::record:
     case Type::optional:
         return "object " + std::string(form.record->name);
     case Type::array:
-        return "array of up to " + std::to_string(form.count) + " " + form.record->name;
+    case Type::some:
+        return up_to(form) + form.record->name;
     case Type::list:
         return "array of " + std::string(form.record->name);
     case Type::keyed:
+    case Type::references:
         return "array of " + std::string(form.record->name) + ", each with " + quoted(form.key) +
                " 0.." + std::to_string(form.count - 1);
     case Type::addresses:
@@ -105,10 +126,27 @@ std::string type_name(const Form& form) {
     return "";
 }
 
+bool is_mac(const std::string& text) {
+    constexpr size_t length = 17;
+    for (size_t i = 0; i < text.size(); i++) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        if (i % 3 == 2 ? c != ':' : isxdigit(c) == 0) {
+            return false;
+        }
+    }
+    return text.size() == length;
+}
+
 } // namespace
 
 void wrong(const std::string& path, const std::string& what, Problems& problems) {
     problems.push_back((path.empty() ? "the description" : path) + ": " + what);
+}
+
+void too_long(const std::string& path, size_t size, size_t longest, Problems& problems) {
+    wrong(path,
+          "a text of " + std::to_string(size) + " bytes is longer than " + std::to_string(longest),
+          problems);
 }
 
 void check_number(const Form& form, int64_t value, const Place& place, Problems& problems) {
@@ -133,10 +171,16 @@ void check_text(const Form& form, const std::string& value, const Place& place,
         wrong(place.path, "is empty", problems);
     }
     if (form.longest > 0 && value.size() > form.longest) {
+        too_long(place.path, value.size(), form.longest, problems);
+    }
+    if (form.is_mac && !value.empty() && !is_mac(value)) {
         wrong(place.path,
-              "a text of " + std::to_string(value.size()) + " bytes is longer than " +
-                  std::to_string(form.longest),
+              json_excerpt(json_text(value).get()) + " is not an address like 02:00:00:00:00:01",
               problems);
+    }
+    const std::string objection = shell_objection(value, form.shell);
+    if (!objection.empty()) {
+        wrong(place.path, objection, problems);
     }
 }
 
@@ -148,10 +192,10 @@ const char* fallback_text(const Form& form, const Place& place) {
 std::string shown_mask(const Form& form, int64_t value) {
     std::vector<std::string> names;
     int64_t rest = value;
-    for (const Bit& bit : form.bits) {
-        if ((value & bit.bit) != 0) {
+    for (const Name& bit : form.names) {
+        if ((value & bit.value) != 0) {
             names.emplace_back(bit.name);
-            rest &= ~static_cast<int64_t>(bit.bit);
+            rest &= ~static_cast<int64_t>(bit.value);
         }
     }
     return rest != 0 || names.empty() ? std::to_string(value) : joined(names, "+");
@@ -160,14 +204,18 @@ std::string shown_mask(const Form& form, int64_t value) {
 std::string type_help(const Form& form) {
     std::string help = type_name(form);
     const std::string accepted = choices_help(form);
-    if (form.type != Type::flag && !accepted.empty()) {
-        help += " " + accepted;
+    const bool is_flag = form.type == Type::flag || form.type == Type::flags;
+    if (!is_flag && !accepted.empty()) {
+        help += (help.empty() ? "" : " ") + accepted;
     }
     if (*form.unit != '\0') {
         help += std::string(" ") + form.unit;
     }
     if (form.longest > 0) {
         help += " of at most " + std::to_string(form.longest) + " bytes";
+    }
+    if (form.shell != Shell::never) {
+        help += std::string(", reaches the shell ") + shell_help(form.shell);
     }
     if (form.selected != nullptr) {
         help += ", for " + quoted(form.selected) + " only";
@@ -179,6 +227,7 @@ std::string shown_default(const Form& form) {
     switch (form.type) {
     case Type::flag:
     case Type::number:
+    case Type::choice:
     case Type::mask:
         if (form.is_required || form.has_not_given) {
             return "";
@@ -192,15 +241,9 @@ std::string shown_default(const Form& form) {
         return form.differs_by_radio
                    ? quoted(form.fallback_text[0]) + ", " + quoted(form.fallback_text[1])
                    : quoted(form.fallback_text[0]);
-    case Type::record:
-    case Type::array:
-    case Type::optional:
-    case Type::list:
-    case Type::keyed:
-    case Type::addresses:
-        break;
+    default:
+        return "";
     }
-    return "";
 }
 
 } // namespace orloctl

@@ -15,6 +15,9 @@ using Problems = std::vector<std::string>;
 // Adds a problem; a description as a whole has the path "".
 void wrong(const std::string& path, const std::string& what, Problems& problems);
 
+// A text that has no place where it shall lie.
+void too_long(const std::string& path, size_t size, size_t longest, Problems& problems);
+
 // The values by their rules. A rule that differs by radio is not checked where the radio is not
 // known.
 void check_number(const Form& form, int64_t value, const Place& place, Problems& problems);

@@ -38,6 +38,11 @@ Json array_schema(Json items) {
     return schema;
 }
 
+Json at_most(size_t count, Json array) {
+    set(array, "maxItems", json_int(static_cast<long long>(count)));
+    return array;
+}
+
 Json integers(const Span& span) {
     Json schema = type_schema("integer");
     set(schema, "minimum", json_int(span.first));
@@ -78,16 +83,33 @@ std::vector<Json> number_choices(const Form& form) {
     return choices;
 }
 
-Json mask_schema(const Form& form) {
+Json name_schema(const Form& form) {
     Json names = json_array_new();
-    for (const Bit& bit : form.bits) {
-        append(names, json_text(bit.name));
+    for (const Name& name : form.names) {
+        append(names, json_text(name.name));
     }
-    Json name = json_object_new();
-    set(name, "enum", std::move(names));
+    Json schema = json_object_new();
+    set(schema, "enum", std::move(names));
+    return schema;
+}
+
+// Numbers, or what stands for them.
+Json number_schema(const Form& form, Json other) {
     std::vector<Json> choices = number_choices(form);
-    choices.push_back(array_schema(std::move(name)));
+    choices.push_back(std::move(other));
     return any_of(std::move(choices));
+}
+
+Json flags_schema(const Form& form) {
+    std::vector<Json> choices = number_choices(form);
+    choices.push_back(type_schema("boolean"));
+    if (form.has_not_given) {
+        choices.push_back(type_schema("null"));
+    }
+    if (!form.names.empty()) {
+        choices.push_back(name_schema(form));
+    }
+    return at_most(form.count, array_schema(any_of(std::move(choices))));
 }
 
 Json text_schema(const Field& field) {
@@ -120,6 +142,18 @@ Json text_schema(const Field& field) {
     return any_of(std::move(choices));
 }
 
+// A text in an array of texts.
+Json element_schema(const Form& form) {
+    Json text = type_schema("string");
+    if (form.shortest > 0) {
+        set(text, "minLength", json_int(static_cast<long long>(form.shortest)));
+    }
+    if (form.is_mac) {
+        set(text, "pattern", json_text("^([0-9A-Fa-f]{2}:){5}[0-9A-Fa-f]{2}$"));
+    }
+    return text;
+}
+
 Json keyed_schema(const Form& form) {
     Json properties = json_object_new();
     set(properties, form.key, integers({0, static_cast<int64_t>(form.count) - 1}));
@@ -132,34 +166,34 @@ Json keyed_schema(const Form& form) {
 Json value_schema(const Field& field) {
     const Form& form = field.form;
     switch (form.type) {
-    case Type::flag: {
-        std::vector<Json> choices = number_choices(form);
-        choices.push_back(type_schema("boolean"));
-        return any_of(std::move(choices));
-    }
+    case Type::flag:
+        return number_schema(form, type_schema("boolean"));
     case Type::number:
         return any_of(number_choices(form));
+    case Type::choice:
+        return number_schema(form, name_schema(form));
     case Type::mask:
-        return mask_schema(form);
+        return number_schema(form, array_schema(name_schema(form)));
+    case Type::flags:
+        return flags_schema(form);
     case Type::text:
         return text_schema(field);
+    case Type::texts:
+        return at_most(form.count, array_schema(element_schema(form)));
     case Type::record:
     case Type::optional:
         return reference(*form.record);
-    case Type::array: {
-        Json schema = array_schema(reference(*form.record));
-        set(schema, "maxItems", json_int(static_cast<long long>(form.count)));
-        return schema;
-    }
+    case Type::array:
+    case Type::some:
+        return at_most(form.count, array_schema(reference(*form.record)));
     case Type::list:
         return array_schema(reference(*form.record));
     case Type::keyed:
         return keyed_schema(form);
-    case Type::addresses: {
-        Json address = type_schema("string");
-        set(address, "minLength", json_int(1));
-        return array_schema(std::move(address));
-    }
+    case Type::references:
+        return at_most(form.count, array_schema(reference(*form.record)));
+    case Type::addresses:
+        return array_schema(element_schema(form));
     }
     return json_object_new();
 }

@@ -1,9 +1,6 @@
 // The records of a VAP: the whole of it, its kinds of security, RADIUS servers, fast roaming.
-#include <algorithm>
-#include <cctype>
-#include <cstring>
-
 #include "records/registry.h"
+#include "records/wpa.h"
 
 namespace orloctl {
 
@@ -14,28 +11,8 @@ using namespace forms;
 using Rrm = decltype(fast_roaming::rrm);
 using Wnm = decltype(fast_roaming::wnm);
 
-constexpr int64_t longest_rekey = 86400; // a day
-constexpr int64_t hourly = 3600;
 constexpr int64_t highest_port = 65535;
 constexpr int64_t radius_port = 1812;
-
-Form wpa_versions() {
-    return mask({{"WPA", ORLO_WPA1}, {"WPA2", ORLO_WPA2}, {"WPA3", ORLO_WPA3}});
-}
-
-Form ciphers() {
-    return mask({{"TKIP", ORLO_CIPHER_TKIP}, {"CCMP", ORLO_CIPHER_CCMP}})
-        .one_of({ORLO_CIPHER_TKIP, ORLO_CIPHER_CCMP, ORLO_CIPHER_TKIP | ORLO_CIPHER_CCMP})
-        .or_else(ORLO_CIPHER_CCMP);
-}
-
-Form rekeying() {
-    return number().in(0, longest_rekey).in_unit("seconds").or_else(hourly);
-}
-
-bool is(const char* text, const char* word) {
-    return text != nullptr && strcmp(text, word) == 0;
-}
 
 template <class Security>
 bool has_wpa3_cipher(const Security& security, const Place& /*place*/) {
@@ -43,12 +20,7 @@ bool has_wpa3_cipher(const Security& security, const Place& /*place*/) {
 }
 
 bool has_wpa_key(const wpa_personal& security, const Place& /*place*/) {
-    const std::string key = security.key;
-    if (key.size() == 64) {
-        return std::all_of(key.begin(), key.end(),
-                           [](unsigned char c) { return isxdigit(c) != 0; });
-    }
-    return key.size() >= 8 && key.size() <= 63;
+    return is_wpa_key(security.key);
 }
 
 bool has_wep_authentication(const wep& security, const Place& /*place*/) {
@@ -129,12 +101,12 @@ const Record wpa_personal_record = {
     {MEMBER_OF(wpa_personal, wpa),
      wpa_versions().one_of({ORLO_WPA2, ORLO_WPA1 | ORLO_WPA2, ORLO_WPA3, ORLO_WPA2 | ORLO_WPA3}).required(),
      "versions on offer"},
-    {MEMBER_OF(wpa_personal, cipher_suites), ciphers(), "pairwise ciphers on offer"},
-    {MEMBER_OF(wpa_personal, refresh_rate), rekeying(), "from one group key to the next"},
+    {MEMBER_OF(wpa_personal, cipher_suites), wpa_ciphers(), "pairwise ciphers on offer"},
+    {MEMBER_OF(wpa_personal, refresh_rate), wpa_rekeying(), "from one group key to the next"},
     {MEMBER_OF(wpa_personal, key), text().required(), "passphrase and SAE password"},
 }, {
     condition<&has_wpa3_cipher<wpa_personal>>("cipher_suites", wpa3_cipher_rule),
-    condition<&has_wpa_key>("key", "must have 8 to 63 characters, or 64 hexadecimal digits"),
+    condition<&has_wpa_key>("key", wpa_key_rule),
 }};
 
 const Record wpa_enterprise_record = {
@@ -142,8 +114,8 @@ const Record wpa_enterprise_record = {
     {MEMBER_OF(wpa_enterprise, wpa),
      wpa_versions().one_of({ORLO_WPA2, ORLO_WPA1 | ORLO_WPA2, ORLO_WPA3}).required(),
      "versions on offer; WPA3 is that of 192 bits"},
-    {MEMBER_OF(wpa_enterprise, cipher_suites), ciphers(), "pairwise ciphers on offer"},
-    {MEMBER_OF(wpa_enterprise, Bcast_refresh_rate), rekeying(), "from one group key to the next"},
+    {MEMBER_OF(wpa_enterprise, cipher_suites), wpa_ciphers(), "pairwise ciphers on offer"},
+    {MEMBER_OF(wpa_enterprise, Bcast_refresh_rate), wpa_rekeying(), "from one group key to the next"},
     {MEMBER_OF(wpa_enterprise, Session_refresh_rate), number().in_unit("seconds").or_not_given(),
      "from one session key to the next; unchecked"},
     {MEMBER_OF(wpa_enterprise, session_key_refresh_action), text(),

@@ -9,7 +9,7 @@ namespace orloctl {
 // Leaves out what is not given, and what stands behind a switch that is off.
 Json write_record(const Record& record, const void* memory);
 
-// The records of a field of type keyed, each with its position; zero ones are left out.
-Json write_keyed(const Form& form, const void* first);
+// What read_records() reads; `first` may not be NULL.
+Json write_records(const Form& form, const void* first);
 
 } // namespace orloctl
