@@ -167,7 +167,8 @@ int answer_setcmd(const Interface& interface, iwreq& request) {
     if (!find_setcmd(interface, command) || request.u.data.flags != 0) {
         return EINVAL;
     }
-    if (request.u.data.length > (command.set_args & IW_PRIV_SIZE_MASK)) {
+    const unsigned most = command.set_args & IW_PRIV_SIZE_MASK; // callers know what 0 means
+    if (most != 0 && request.u.data.length > most) {
         return E2BIG;
     }
     if (request.u.data.pointer == nullptr) {

@@ -80,11 +80,11 @@ TEST_F(ClientList, KnowsNothingOfOneVapFromAnother) {
     tell_of("wdev0ap2", "");
     stderr_of([] { EXPECT_EQ(prepare(), 0); });
     EXPECT_STREQ(record(0, 1).ssid, "First");
-    EXPECT_EQ(record(0, 1).vlan_id, 20);
-    EXPECT_EQ(record(0, 1).area_auth, 1U);
+    EXPECT_EQ(+record(0, 1).vlan_id, 20);
+    EXPECT_EQ(+record(0, 1).area_auth, 1U);
     EXPECT_STREQ(record(0, 2).ssid, "");
-    EXPECT_EQ(record(0, 2).vlan_id, 0);
-    EXPECT_EQ(record(0, 2).area_auth, 0U);
+    EXPECT_EQ(+record(0, 2).vlan_id, 0);
+    EXPECT_EQ(+record(0, 2).area_auth, 0U);
     EXPECT_EQ(mac_of(record(0, 2).bssid), "00:00:00:00:00:00");
 }
 
@@ -106,18 +106,18 @@ TEST_F(ClientList, CutsTextsThatAreTooLong) {
     stations("wdev0ap0", "a4:5e:60:01:02:03\n");
     ASSERT_EQ(prepare(), 0);
     EXPECT_EQ(std::string(record(0, 0).ssid, 33), std::string(32, 'x') + '\0');
-    EXPECT_EQ(record(0, 0).vlan_id, static_cast<uint16_t>(12345678)) << "eight characters";
+    EXPECT_EQ(+record(0, 0).vlan_id, static_cast<uint16_t>(12345678)) << "eight characters";
     configure("wireless.wifi0vap0.vlan_id", "none");
     ASSERT_EQ(prepare(), 0);
-    EXPECT_EQ(record(0, 0).vlan_id, 0);
+    EXPECT_EQ(+record(0, 0).vlan_id, 0);
 }
 
 TEST_F(ClientList, TakesTheSecondRateAsTheSendingRate) {
     stations("wdev0ap0", "a4:5e:60:01:02:03 rate=866 first-rate=54\n"
                          "a4:5e:60:01:02:04 rate=4294968 first-rate=54\n");
     ASSERT_EQ(prepare(), 0);
-    EXPECT_EQ(record(0, 0, 0).rate, 866U);
-    EXPECT_EQ(record(0, 0, 1).rate, 0U) << "beyond what kbit/s in 32 bits hold";
+    EXPECT_EQ(+record(0, 0, 0).rate, 866U);
+    EXPECT_EQ(+record(0, 0, 1).rate, 0U) << "beyond what kbit/s in 32 bits hold";
 }
 
 TEST_F(ClientList, KeepsTheOrderOfTheVapsAndOfTheirStations) {

@@ -26,6 +26,7 @@ protected:
 
     static assoc_client_node* list(int radio, int vap);
     static size_t length(int radio, int vap);
+    // Its numbers are not aligned: "+record(0, 2).rate" takes a copy that can be compared.
     static const assoc_client_record& record(int radio, int vap, size_t index = 0);
 
     // "a4:5e:60:01:02:03 ..." of a list, "" of an empty one.

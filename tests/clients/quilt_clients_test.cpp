@@ -49,7 +49,7 @@ TEST_F(QuiltClients, AreReadFromTheDebugFile) {
 TEST_F(QuiltClients, StandInTheFileOfTheDeviceToo) {
     ASSERT_EQ(prepare(), 0);
     EXPECT_THAT(everybody(), ElementsAre("1.1 a4:5e:60:01:02:03")) << "and not who is elsewhere";
-    EXPECT_EQ(record(1, 1).signal, 60 - 95);
+    EXPECT_EQ(+record(1, 1).signal, 60 - 95);
 }
 
 TEST_F(QuiltClients, AreFoundByTheBssidOfTheirVapInEitherCase) {
@@ -113,7 +113,7 @@ TEST_F(QuiltClients, HaveASignalAbove95BelowZero) {
         ASSERT_EQ(prepare_from("a4:5e:60:01:02:03 " + std::string(row.text) + " " + bssid +
                                " 1 - - - 10.0.0.1\n"),
                   0);
-        EXPECT_EQ(record(1, 1).signal, row.signal) << row.text;
+        EXPECT_EQ(+record(1, 1).signal, row.signal) << row.text;
     }
 }
 

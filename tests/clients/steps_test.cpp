@@ -1,5 +1,6 @@
 // Steps of the list of clients that no operation reaches in all their cases, and what happens when
 // memory runs out. This program is linked so that the library's calloc and fflush come here first.
+#include "clients/agent_port.h"
 #include "clients/announcement.h"
 #include "clients/client_list.h"
 #include "clients/clients.h"
@@ -113,9 +114,12 @@ TEST_F(ClientSteps, EachRecordIsWrittenByItself) {
 }
 
 TEST_F(ClientSteps, ADatagramHasRoomFor4100Bytes) {
+    const AgentPort agent;
     const std::string payload(4101, 'x');
     EXPECT_EQ(send_assoc_client_packet(payload.data(), 4100), 0);
     EXPECT_EQ(send_assoc_client_packet(payload.data(), 0), 0);
+    EXPECT_THAT(agent.received(),
+                ElementsAre("\x05\x04\x10" + std::string(4100, 'x'), std::string("\x05\0\0", 3)));
     EXPECT_THAT(door.trace(), ElementsAre("send 4103 bytes to 127.0.0.1:36000",
                                           "send 3 bytes to 127.0.0.1:36000"));
     door.forget();
