@@ -1,4 +1,4 @@
-// Radios and VAPs: how many there are, and the keys of a radio's options.
+// Radios and VAPs: how many there are, what radios are called, and the keys of their options.
 #pragma once
 
 #include "orlo/exports.h"

@@ -382,12 +382,10 @@ TEST_F(CaptivePortal, AWalledGardenMayBeEmpty) {
 }
 
 TEST_F(CaptivePortal, AWalledGardenMayBeFull) {
-    std::vector<std::string> names;
-    for (int i = 0; i < 50; i++) {
-        names.push_back("site" + std::to_string(i) + ".example");
-    }
+    std::vector<std::string> names(50);
     std::string all;
     for (int i = 0; i < 50; i++) {
+        names[i] = "site" + std::to_string(i) + ".example";
         portal_.walled_garden[i] = names[i].c_str();
         all += (i == 0 ? "" : " ") + names[i];
     }

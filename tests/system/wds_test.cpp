@@ -46,6 +46,15 @@ protected:
         return {edit + "=" + value, own_ + "Set config option " + option + " to " + value + "."};
     }
 
+    // The line about a write that fails.
+    static std::string failed_write(const std::string& option, const std::string& value,
+                                    const char* who = "") {
+        std::string line = "error: ";
+        line += who;
+        line += "set config option ";
+        return line + option + " to " + value + " failed.";
+    }
+
     using Writes = std::vector<std::pair<std::string, std::string>>;
 
     Trace write_all(const Writes& writes) const {
@@ -342,9 +351,8 @@ TEST_F(Wds, EachFailedWriteDiscardsEverything) {
         const char* const who = !by_link ? "" : value == "ap" ? "WDS parent - " : "WDS child - ";
         stage_something();
         door.fail(Call::uci_set, static_cast<int>(i) + 1);
-        expect_refusal(std::string("error: ") + who + "set config option " + option + " to " +
-                       value + " failed.");
-        EXPECT_EQ(last_edit(), "set wireless." + option + "=" + value + " (failed)");
+        expect_refusal(failed_write(option, value, who));
+        EXPECT_EQ(last_edit(), write(option, value)[0] + " (failed)");
     }
     door.fail(Call::uci_set, static_cast<int>(writes.size()) + 1);
     EXPECT_EQ(apply(), 0) << "there is no other write";
@@ -366,8 +374,7 @@ TEST_F(Wds, EachFailedWriteOfAMixedLinkDiscardsEverything) {
     for (const auto& [option, value] : writes) {
         stage_something();
         door.fail(Call::uci_set, ++nth);
-        expect_refusal("error: set config option wifi1vap0." + option + " to " + value +
-                       " failed.");
+        expect_refusal(failed_write("wifi1vap0." + option, value));
     }
 }
 

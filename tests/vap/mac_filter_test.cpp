@@ -6,13 +6,6 @@
 
 namespace orlo::test {
 
-namespace {
-
-// Where nothing may be read.
-const char* const wild = reinterpret_cast<const char*>(uintptr_t{0x5a5a5a5a5a5a5a5a});
-
-} // namespace
-
 // ---- The filter's mode ----
 
 using MacFilter = AccessPoint;
@@ -69,8 +62,12 @@ protected:
     mac_auth_radius_server server_ = {1,        "10.0.0.1", "secret",         1812,
                                       "hyphen", "lower",    "fixed-password", "open sesame"};
 
+    const char* wild_; // where nothing may be read
+
     const std::string own_ = "log api_apply_mac_auth_radius_server: ";
     const std::string own_error_ = "log 5/1 api_apply_mac_auth_radius_server: ";
+
+    MacAuthentication() { memset(&wild_, 0x5a, sizeof wild_); }
 
     int apply(int radio = 0, int vap = 5) {
         door.forget();
@@ -93,7 +90,7 @@ TEST_F(MacAuthentication, APrimaryServerIsStagedInOrder) {
 
 TEST_F(MacAuthentication, OfASecondaryServerOnlyAddressAndKeyAreRead) {
     ASSERT_EQ(apply(1, 14), 0);
-    server_ = {2, "10.0.0.2", "other", 9, wild, wild, wild, wild};
+    server_ = {2, "10.0.0.2", "other", 9, wild_, wild_, wild_, wild_};
     EXPECT_EQ(apply(1, 14), 0);
     EXPECT_THAT(door.trace(), ElementsAre(own_ + "Entering...",
                                           "set wireless.wifi1vap14.mac_auth_server_second=10.0.0.2",
@@ -117,7 +114,7 @@ TEST_F(MacAuthentication, OfASecondaryServerOnlyAddressAndKeyAreRead) {
 
 TEST_F(MacAuthentication, APasswordIsReadWithTheFixedFormatOnly) {
     configure("wireless.wifi0vap5.mac_auth_password", "old");
-    server_.password = wild;
+    server_.password = wild_;
     for (const char* format : {"username", "Fixed-password", "fixed-password ", "fixed", ""}) {
         server_.password_format = format;
         EXPECT_EQ(apply(), 0);
@@ -130,7 +127,7 @@ TEST_F(MacAuthentication, APasswordIsReadWithTheFixedFormatOnly) {
 TEST_F(MacAuthentication, AnotherIndexIsRefusedAndLeavesStagedChangesInPlace) {
     ASSERT_EQ(ops.api_config_set_hash("abc"), 0);
     for (uint32_t index : {0U, 3U, UINT32_MAX}) {
-        server_ = {index, wild, wild, 0, wild, wild, wild, wild};
+        server_ = {index, wild_, wild_, 0, wild_, wild_, wild_, wild_};
         EXPECT_EQ(apply(), -1);
         EXPECT_THAT(door.trace(), ElementsAre(own_ + "Entering...", own_ + "End return -1"));
     }
