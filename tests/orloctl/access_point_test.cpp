@@ -129,6 +129,24 @@ TEST_F(OnTheAccessPoint, the_office_applies_and_is_up) {
     EXPECT_EQ(ended.err, "");
 }
 
+TEST_F(OnTheAccessPoint, the_examples_lie_there_and_touch_nothing_in_a_dry_run) {
+    const Ended ended = there("for example in hotspot wds-child; do "
+                              "orloctl apply --dry-run /usr/share/examples/$example.json; done" +
+                              show_staged);
+    EXPECT_THAT(ended.out, HasSubstr("\"operation\": \"api_apply_captive_portal_to_vap\""));
+    EXPECT_THAT(ended.out, HasSubstr("\"operation\": \"api_apply_wds\""));
+    EXPECT_THAT(ended.out, testing::EndsWith("]\nstatus 0\n"));
+    EXPECT_EQ(ended.err, "");
+}
+
+TEST_F(OnTheAccessPoint, a_text_on_which_the_shell_would_act_runs_nothing) {
+    const Ended ended = there("orloctl call api_apply_timezone 'UTC\"; touch /tmp/broken; \"'; "
+                              "echo \"status $?\"; ls /tmp/broken");
+    EXPECT_EQ(ended.out, "status 2\n");
+    EXPECT_THAT(ended.err,
+                StartsWith("orloctl: argument 1 (zonename): the shell would act on \" in it\n"));
+}
+
 TEST_F(OnTheAccessPoint, a_vap_that_the_library_refuses_leaves_nothing_staged) {
     const Ended ended = there("orloctl apply - --raw" + show_staged,
                               R"({"radios": [{"radio": 1, "settings": {"max_stations": 12},

@@ -170,6 +170,34 @@ TEST(Description, the_office_has_its_settings_hardware_and_vaps) {
     EXPECT_EQ(radio.vaps[15].status, 0);
 }
 
+TEST(Description, the_hotspot_has_its_portals_and_its_time) {
+    const std::string path = EXAMPLES "/hotspot.json";
+    const Description description = read_description(read_file(path), path, true);
+    for (const RadioDescription& radio : description->radios) {
+        ASSERT_EQ(radio.access.count, 1U);
+        const cp_settings& portal = *radio.access.first->captive_portal;
+        EXPECT_STREQ(portal.auth_mode, "ext-page-redirect");
+        EXPECT_STREQ(portal.ext_page_url, "https://portal.example.net/welcome");
+        EXPECT_STREQ(portal.walled_garden[2], "192.0.2.0/28");
+        EXPECT_EQ(portal.walled_garden[3], nullptr);
+        EXPECT_STREQ(portal.auth_servers[1].secret, "second-portal-secret");
+    }
+    EXPECT_STREQ(description->system.time.zone, "Europe/Vienna");
+    EXPECT_STREQ(description->system.time.daylight_saving->end.month, "October");
+    EXPECT_STREQ(description->portal_address, "198.51.100.1");
+}
+
+TEST(Description, the_wds_child_has_its_link) {
+    const std::string path = EXAMPLES "/wds-child.json";
+    const Description description = read_description(read_file(path), path, true);
+    ASSERT_NE(description->wds, nullptr);
+    EXPECT_STREQ(description->wds[0].radio_intf, "wlan1");
+    EXPECT_STREQ(description->wds[0].wds_mode, "child");
+    EXPECT_EQ(description->wds[0].wpa.mfp, 1);
+    EXPECT_EQ(description->wds[1].radio_intf, nullptr);
+    EXPECT_STREQ(description->radios.first[1].vaps[0].ssid, description->wds[0].ssid);
+}
+
 TEST(Description, a_file_that_cannot_be_read_is_refused) {
     const auto reading = [](const std::string& path) -> std::string {
         try {

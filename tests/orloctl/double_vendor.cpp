@@ -1,6 +1,6 @@
 // A double of the vendor library: every operation writes its name and arguments to the file that
 // DOUBLE_JOURNAL names, fills in what it is given to fill in, and succeeds. The operation that
-// DOUBLE_FAILS names logs a reason and fails (-1, NULL).
+// DOUBLE_FAILS names logs a reason and fails (-1, NULL; of "NAME=NUMBER" that number).
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -25,9 +25,14 @@ void journal(const std::string& line) {
     }
 }
 
-bool fails(const char* name) {
+// The number with which an operation fails; 0 when it does not.
+int failure(const char* name) {
     const char* named = getenv("DOUBLE_FAILS");
-    return named != nullptr && strcmp(named, name) == 0;
+    const size_t length = strlen(name);
+    if (named == nullptr || strncmp(named, name, length) != 0) {
+        return 0;
+    }
+    return named[length] == '=' ? atoi(named + length + 1) : named[length] == '\0' ? -1 : 0;
 }
 
 std::string named_stations() {
@@ -175,7 +180,7 @@ std::string written(const wds_settings* value) {
 
 template <class R>
 R answer(const char* name) {
-    const bool failed = fails(name);
+    const bool failed = failure(name) != 0;
     if (!failed && strcmp(name, "api_generate_assoc_client_file") == 0) {
         write_stations();
     }
@@ -196,7 +201,7 @@ R answer(const char* name) {
     } else if constexpr (std::is_same_v<R, int>) {
         printf("%s prints this\n", name); // as device tools do
         fflush(stdout);
-        return failed ? -1 : 0;
+        return failure(name);
     }
 }
 

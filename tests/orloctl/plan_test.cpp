@@ -69,3 +69,107 @@ TEST(Plan, each_step_tells_its_arguments) {
                 ElementsAre(R"([{"interface_name":"wlan1","wmm":true}])",
                             R"([1,"not-override",0,0,50])", R"([1,[{"vap":4,"status":false}]])"));
 }
+
+TEST(Plan, the_device_comes_around_the_radios_and_what_takes_effect_at_once_at_the_end) {
+    EXPECT_THAT(titles(R"({
+        "profile": {"id": 1, "config_hash": "c"},
+        "portal_address": "192.0.2.1",
+        "known_clients": {"mac_list": []},
+        "wds": [],
+        "radios": [{"radio": 0, "enabled": true}],
+        "system": {
+            "login": {"username": "u", "password": "p"},
+            "snmp": {"version": "v3", "username": "u", "password": "p"},
+            "openflow": {"critical_mode": {"mode": "secure"}, "enabled": false,
+                         "controllers": [{"index": 2, "address": "a"},
+                                         {"index": 1, "address": "b"}]},
+            "syslog": {"enabled": false},
+            "time": {"ntp": {"server": "s"}, "zone": "UTC",
+                     "manual": {"year": 2026, "month": 1, "day": 2, "hour": 3, "minute": 4,
+                                "preserve_time_status": true},
+                     "daylight_saving": {
+                         "start": {"ordinal": "last", "weekday": "Sunday", "month": "March",
+                                   "hour": 2},
+                         "end": {"ordinal": "last", "weekday": "Sunday", "month": "October",
+                                 "hour": 3}}},
+            "reset_button": true, "leds": false, "country": "AT"}})"),
+                ElementsAre("api_apply_country_code", "api_apply_snmp",
+                            "api_apply_radio_status radio 0", "api_apply_wds",
+                            "api_apply_known_clients", "api_apply_cp_virt_ip",
+                            "api_apply_led_status", "api_apply_reset_button", "api_apply_syslog",
+                            "api_apply_openflow_enable", "api_apply_openflow_controller",
+                            "api_apply_openflow_controller", "api_apply_openflow_critical_mode",
+                            "api_config_set_hash", "api_set_profile_id", "api_apply_timezone",
+                            "api_apply_daylight_saving", "api_apply_systime_manual",
+                            "api_apply_systime_ntp", "api_apply_system_login", "api_save_config"));
+}
+
+TEST(Plan, access_to_vaps_comes_behind_the_vaps_of_its_radio) {
+    EXPECT_THAT(titles(R"({"radios": [
+                            {"radio": 1, "vaps": [],
+                             "access": [{"vap": 3, "captive_portal": {"enable": false},
+                                         "mac_auth_critical_mode": 1, "mac_filter_mode": 2,
+                                         "mac_auth_servers": [{"index": 1, "ip": "a", "key": "k"},
+                                                              {"index": 2, "ip": "b", "key": "k"}]},
+                                        {"vap": 0, "mac_filter_mode": 0},
+                                        {"vap": 1}]},
+                            {"radio": 0, "access": [{"vap": 15, "mac_filter_mode": 4}]}]})",
+                       false),
+                ElementsAre("api_apply_vap radio 1", "api_apply_mac_filter_mode radio 1 VAP 3",
+                            "api_apply_mac_auth_radius_server radio 1 VAP 3",
+                            "api_apply_mac_auth_radius_server radio 1 VAP 3",
+                            "api_apply_mac_auth_critical_mode radio 1 VAP 3",
+                            "api_apply_captive_portal_to_vap radio 1 VAP 3",
+                            "api_apply_mac_filter_mode radio 1 VAP 0",
+                            "api_apply_mac_filter_mode radio 0 VAP 15"));
+}
+
+TEST(Plan, each_step_of_the_device_tells_its_arguments) {
+    const Description description = read_description(
+        R"({"system": {"country": "AT", "leds": true, "reset_button": false,
+                       "syslog": {"enabled": false, "severity": 3},
+                       "openflow": {"critical_mode": {"mode": "drop", "timeout": 30}},
+                       "time": {"ntp": {"server": "s", "interval": 64}}},
+            "radios": [{"radio": 0, "access": [
+                {"vap": 2, "mac_auth_servers": [{"index": 2, "ip": "i", "key": "k"}]}]}],
+            "wds": [{"radio_intf": "wlan1", "security": "none", "wds_mode": "child",
+                     "ssid": "l"}],
+            "known_clients": {"action": "black", "mac_list": ["02:00:00:00:00:01"]}})",
+        "test", true);
+    std::vector<std::string> arguments;
+    for (const Step& step : plan(description, false)) {
+        char* text = json_dumps(step.arguments.get(), JSON_COMPACT);
+        arguments.emplace_back(text);
+        free(text);
+    }
+    EXPECT_THAT(
+        arguments,
+        ElementsAre(R"(["AT"])",
+                    R"([0,2,{"index":2,"ip":"i","key":"k","port":1812,)"
+                    R"("username_separator":"hyphen","username_case":"lower",)"
+                    R"("password_format":"username"}])",
+                    R"([[{"radio_intf":"wlan1","security":"none","wds_mode":"child","ssid":"l"}]])",
+                    R"([{"action":"black","mac_list":["02:00:00:00:00:01"]}])", "[1]", "[0]",
+                    R"([0,null,514,3,null])", R"(["drop",30])", R"(["s",64])"));
+}
+
+TEST(Plan, snmp_is_told_what_the_description_makes_of_the_radios) {
+    const auto announced = [](const std::string& radios, const std::string& status = "") {
+        const Description description =
+            read_description(R"({"system": {"snmp": {"version": "v3", "username": "u",
+                                                     "password": "p")" +
+                                 status + "}}, \"radios\": [" + radios + "]}",
+                             "test", true);
+        const std::vector<Step> steps = plan(description, false);
+        const json_t* snmp = json_array_get(steps.front().arguments.get(), 0);
+        return json_excerpt(json_object_get(snmp, "radio_status"));
+    };
+    EXPECT_EQ(announced(""), "[null,null]"); // asked for when it is applied
+    EXPECT_EQ(announced(R"({"radio": 1, "enabled": false})"), "[null,false]");
+    EXPECT_EQ(announced(R"({"radio": 1, "channel": 36}, {"radio": 0, "enabled": true})"),
+              "[true,null]");
+    EXPECT_EQ(announced(R"({"radio": 0, "enabled": true, "override": "force-disable"})"),
+              "[false,null]");
+    EXPECT_EQ(announced(R"({"radio": 0, "enabled": true})", R"(, "radio_status": [false, true])"),
+              "[false,true]");
+}

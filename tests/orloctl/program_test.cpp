@@ -255,6 +255,47 @@ TEST_F(Orloctl, call_takes_records_as_json) {
                          "api_apply_hw_specific 5 {NULL}\n");
 }
 
+TEST_F(Orloctl, call_takes_the_records_of_the_device) {
+    const std::string march =
+        R"({"ordinal": "last", "weekday": "Sunday", "month": "March", "hour": 2})";
+    const TemporaryFile june(
+        R"({"ordinal": "first", "weekday": "Friday", "month": "June", "hour": 1,
+                                 "minute": 30})");
+    orloctl({"call", "api_apply_daylight_saving", "1", march, "@" + june.path(), "60"});
+    orloctl({"call", "api_apply_wds", R"([{"radio_intf": "wlan0", "security": "none",
+                                           "wds_mode": "parent", "ssid": "l"}])"});
+    orloctl({"call", "api_apply_wds", "[]"});
+    orloctl({"call", "api_apply_wds", "@null"});
+    orloctl({"call", "api_apply_mac_auth_radius_server", "0", "1",
+             R"({"index": 2, "ip": "i", "key": "k"})"});
+    orloctl({"call", "api_apply_captive_portal_to_vap", "0", "1", R"({"enable": false})"});
+    orloctl({"call", "api_apply_known_clients", R"({"mac_list": ["02:00:00:00:00:01"]})"});
+    orloctl({"call", "api_apply_snmp",
+             R"({"status": false, "version": "v3", "radio_status": [true, false]})"});
+    EXPECT_EQ(journal(), "api_apply_daylight_saving 1 {'last' 'Sunday' 'March' 2:0} {'first' "
+                         "'Friday' 'June' 1:30} 60\n"
+                         "api_apply_wds {'wlan0' 'parent' NULL NULL}\n"
+                         "api_apply_wds {NULL NULL NULL NULL}\n"
+                         "api_apply_wds NULL\n"
+                         "api_apply_mac_auth_radius_server 0 1 {2 'i'}\n"
+                         "api_apply_captive_portal_to_vap 0 1 {0 NULL}\n"
+                         "api_apply_known_clients {'' 02:00:00:00:00:01}\n"
+                         "api_apply_snmp {0 v1 radios 1 0}\n");
+    EXPECT_EQ(orloctl({"call", "api_apply_daylight_saving", "1", march, "{}", "60"}).err,
+              "orloctl: end.ordinal: is missing\norloctl: end.weekday: is missing\n"
+              "orloctl: end.month: is missing\norloctl: end.hour: is missing\n");
+    EXPECT_EQ(orloctl({"call", "api_apply_wds", "{}"}).err, "orloctl: wds: {} is not an array\n");
+    EXPECT_EQ(orloctl({"call", "api_apply_wds", "[{}, {}, {}]"}).err,
+              "orloctl: wds: 3 elements are more than 2\n");
+}
+
+TEST_F(Orloctl, ops_tells_which_texts_reach_the_shell) {
+    EXPECT_THAT(bare({"ops", "api_fw_validate"}).out, HasSubstr("reaches the shell"));
+    EXPECT_THAT(bare({"ops", "api_apply_timezone"}).out, HasSubstr("between double quotes"));
+    EXPECT_THAT(bare({"ops", "api_apply_country_code"}).out, Not(HasSubstr("shell")));
+    EXPECT_THAT(bare({"records", "login"}).out, HasSubstr("reaches the shell between single"));
+}
+
 TEST_F(Orloctl, records_and_their_schemas_can_be_listed) {
     EXPECT_THAT(bare({"records"}).out, HasSubstr("vap_settings            one VAP, for "
                                                  "api_apply_vap\n"));
