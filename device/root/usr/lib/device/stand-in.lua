@@ -1,51 +1,37 @@
--- What the device's scripts in lua share, as stand-in.sh is for the shell.
-local stand_in = {}
+-- What the stand-ins written in lua share; they load this file first. The same as stand-in.sh.
 
-local state = "/var/run/device"
-local journal = "/var/log/journal"
+state = "/var/run/device"
 
 -- A word as a shell reads it back, in one line.
-local function quote(word)
+local function quoted(word)
     if word:find("\n") then
-        local escapes = { ["\\"] = "\\\\", ["'"] = "\\'", ["\n"] = "\\n" }
-        return "$'" .. word:gsub("[\\'\n]", escapes) .. "'"
-    elseif word == "" or word:find("[^%w_@%%+=:,./-]") then
+        return "$'" .. word:gsub("\\", "\\\\"):gsub("'", "\\'"):gsub("\n", "\\n") .. "'"
+    elseif word == "" or word:find("[^A-Za-z0-9_@%%+=:,./-]") then
         return "'" .. word:gsub("'", "'\\''") .. "'"
     end
     return word
 end
 
--- A word for the shell that os.execute starts, which may be any.
-local function shell_quote(word)
-    return "'" .. word:gsub("'", "'\\''") .. "'"
-end
-
-local function exists(path)
-    local file = io.open(path)
-    return file ~= nil and file:close()
-end
-
--- Appends the script's call to the journal, in one write. Where a test has put another program in
--- the script's place, that one goes on with the call.
-function stand_in.record()
+-- Appends this call to the journal. Where a test has put another program in the script's place,
+-- that one goes on with the call.
+function record()
     local name = arg[0]:match("[^/]*$")
-    local line, command = name, "exec " .. shell_quote(state .. "/replaced/" .. name)
-    for _, word in ipairs(arg) do
-        line = line .. " " .. quote(word)
-        command = command .. " " .. shell_quote(word)
+    local words = ""
+    for i = 1, #arg do
+        words = words .. " " .. quoted(arg[i])
     end
-    local file = assert(io.open(journal, "a"))
-    file:write(line .. "\n")
-    file:close()
-    if exists(state .. "/replaced/" .. name) then
-        local status = os.execute(command)
-        os.exit(status % 256 == 0 and status / 256 or 128 + status % 128)
+    local journal = assert(io.open("/var/log/journal", "a"))
+    journal:write(name .. words .. "\n")
+    journal:close()
+    local replacement = state .. "/replaced/" .. name
+    local file = io.open(replacement)
+    if file then
+        file:close()
+        os.exit(math.floor(os.execute(replacement .. words) / 256))
     end
 end
 
-function stand_in.refuse(reason)
-    io.stderr:write(arg[0]:match("[^/]*$") .. ": " .. reason .. "\n")
+function refuse(reason)
+    io.stderr:write(arg[0]:match("[^/]*$"), ": ", reason, "\n")
     os.exit(1)
 end
-
-return stand_in

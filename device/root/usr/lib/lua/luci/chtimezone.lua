@@ -5,8 +5,7 @@
 -- DST 0 gives the zone's standard time alone ("CET-1"). Any other gives it the daylight saving
 -- that the other arguments describe, not that of its country: clocks go OFFSET minutes ahead
 -- from START to END, each "month,week,weekday,hour,minute" of the time that is shown until then.
-local stand_in = dofile("/usr/lib/device/stand-in.lua")
-local refuse = stand_in.refuse
+dofile("/usr/lib/device/stand-in.lua")
 
 -- The zone's own POSIX text, from lines "Europe/Vienna CET-1CEST,M3.5.0,M10.5.0/3".
 local function text_of(zone)
@@ -105,7 +104,7 @@ local function with_daylight_saving(standard, summer, offset, first, last)
         .. "," .. rule_text(first) .. "," .. rule_text(last)
 end
 
-stand_in.record()
+record()
 if #arg ~= 5 then
     refuse("usage: chtimezone.lua ZONE DST OFFSET START END")
 end
