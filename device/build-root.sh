@@ -81,13 +81,13 @@ make_wireless_interfaces() {
 make_time_zones() {
     zones=/usr/share/zoneinfo
     [ -r "$zones/Etc/UTC" ] || fail "$zones is missing: apt-get install $packages"
-    list=$new/usr/share/time-zones
     (
         cd "$zones"
-        find -L [A-Z]* -type f | LC_ALL=C sort >"$list.names"
-        xargs tail -q -n 1 <"$list.names" | paste -d ' ' "$list.names" - >"$list"
+        find -L [A-Z]* -type f | LC_ALL=C sort >"$new/tmp/names"
+        xargs tail -q -n 1 <"$new/tmp/names" >"$new/tmp/texts"
     )
-    rm "$list.names"
+    paste -d ' ' "$new/tmp/names" "$new/tmp/texts" >"$new/usr/share/time-zones"
+    rm "$new/tmp/names" "$new/tmp/texts"
 }
 
 rm -rf "$new" "$old"
