@@ -106,6 +106,7 @@ int mwl_get_bssid(const char* ifname, unsigned char* bssid);
 
 /* ---- Also in the table. ---- */
 
+void api_mark_config_apply_flag(void);   /* slot 114 */
 int api_show_mem_usage(const char* tag); /* slot 115 */
 
 #pragma GCC visibility pop
