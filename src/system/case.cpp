@@ -5,6 +5,7 @@
 #include "uci/staging.h"
 
 using orlo::inverted_flag_text;
+using orlo::outcome;
 using orlo::stage;
 
 // The option is the eco mode, in which the LEDs are off.
@@ -16,7 +17,7 @@ int api_apply_led_status(int status) {
     } else {
         result = LOG_AND_DISCARD("Set Value Failed\n");
     }
-    LOG_TRACE("End... return: %s\n", result == 0 ? "Success" : "Fail");
+    LOG_TRACE("End... return: %s\n", outcome(result));
     return result;
 }
 
@@ -28,6 +29,6 @@ int api_apply_reset_button(int status) {
         LOG_TRACE("Set Value Failed\n");
         result = -1;
     }
-    LOG_TRACE("End... return: %s\n", result == 0 ? "Success" : "Fail");
+    LOG_TRACE("End... return: %s\n", outcome(result));
     return result;
 }

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 
+using orlo::outcome;
 using orlo::StagedTogether;
 using orlo::Text;
 
@@ -102,7 +103,7 @@ int api_apply_systime_ntp(const char* server, int interval) {
     }
     LOG_TRACE("server: %s, interval: %d\n", server, interval);
     const int result = apply_time_server(server, interval);
-    LOG_TRACE("End... return: %s\n", result == 0 ? "Success" : "Fail");
+    LOG_TRACE("End... return: %s\n", outcome(result));
     return result;
 }
 
@@ -111,6 +112,6 @@ int api_apply_systime_manual(int preserve_time_status, int year, int month, int 
     LOG_TRACE("Entering... %d/%d/%d %d:%d \n", year, month, day, hour, minute);
     const int result =
         apply_manual_time({year, month, day, hour, minute}, preserve_time_status != 0);
-    LOG_TRACE("End... return: %s\n", result == 0 ? "Success" : "Fail");
+    LOG_TRACE("End... return: %s\n", outcome(result));
     return result;
 }

@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+using orlo::outcome;
 using orlo::stage;
 using orlo::Text;
 
@@ -126,6 +127,6 @@ int api_apply_daylight_saving(int dst_enable, const struct dst_rule* start,
                       stage_offset(dst_offset) == 0 &&            //
                       apply_zone_with_rule() == 0;
     const int result = done ? 0 : orlo::discard_staged();
-    LOG_TRACE("End... return: %s \n", result == 0 ? "Success" : "Fail");
+    LOG_TRACE("End... return: %s \n", outcome(result));
     return result;
 }

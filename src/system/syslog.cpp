@@ -3,6 +3,7 @@
 #include "ops/operations.h"
 #include "system/together.h"
 
+using orlo::outcome;
 using orlo::shown;
 using orlo::StagedTogether;
 using orlo::Text;
@@ -45,6 +46,6 @@ int api_apply_syslog(int status, const char* host, int port, int severity,
     LOG_TRACE("Entering... status:%d host:%s port:%d severity:%d fixed_facility:%s\n", status,
               shown(host), port, severity, shown(fixed_facility));
     const int result = apply(status, host, port, severity);
-    LOG_TRACE("End... return: %s\n", result == 0 ? "Success" : "Fail");
+    LOG_TRACE("End... return: %s\n", outcome(result));
     return result;
 }

@@ -1,6 +1,7 @@
 #include "system/time_zone.h"
 
 #include "common/command.h"
+#include "common/file.h"
 #include "ops/operations.h"
 #include "uci/option.h"
 #include "uci/staging.h"
@@ -8,6 +9,7 @@
 #include <cstdio>
 
 using orlo::OptionValue;
+using orlo::outcome;
 using orlo::stage;
 
 namespace {
@@ -79,11 +81,7 @@ int generate_timezone(char* out, size_t size) {
 }
 
 void write_timezone_file(const char* text) {
-    FILE* file = fopen("/etc/TZ", "w");
-    if (file != nullptr) {
-        fputs(text, file);
-        fclose(file);
-    }
+    write_file("/etc/TZ", text);
 }
 
 } // namespace orlo
@@ -95,6 +93,6 @@ int api_apply_timezone(const char* zonename) {
     }
     LOG_TRACE("zonename: %s\n", zonename);
     const int result = apply_zone(zonename);
-    LOG_TRACE("End... return: %s\n", result == 0 ? "Success" : "Fail");
+    LOG_TRACE("End... return: %s\n", outcome(result));
     return result;
 }

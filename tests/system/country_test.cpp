@@ -137,6 +137,13 @@ TEST_F(ChangingTheCountry, IsWrittenIntoTheEnvironment) {
     EXPECT_EQ(restarted(), "");
 }
 
+TEST_F(ChangingTheCountry, IsWhatTheEnvironmentSaysOnceItTookIt) {
+    EXPECT_EQ(ops.api_set_country_configurable(0), 0);
+    EXPECT_EQ(is_allowed(), 0);
+    EXPECT_EQ(ops.api_set_country_configurable(7), 0);
+    EXPECT_EQ(is_allowed(), 1);
+}
+
 TEST_F(ChangingTheCountry, IsRememberedWhateverTheEnvironmentSays) {
     for (const char* script : {"exit 1", "kill -9 $$"}) {
         replace_tool("fw_setenv", script);

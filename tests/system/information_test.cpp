@@ -77,6 +77,10 @@ TEST_F(Information, HasABaseAddressFromTheBootLoader) {
                                           own_ + "mac:[02:00:00:00:00:99]"));
 }
 
+TEST_F(Information, OfTheSampleDeviceHasABaseAddress) {
+    EXPECT_THAT(get("base-mac"), testing::MatchesRegex("02(:[0-9a-f][0-9a-f]){5}"));
+}
+
 TEST_F(Information, TheBaseAddressIsWhatFollowsTheEqualsSignOfEachLine) {
     const struct {
         const char* script;
