@@ -1,7 +1,7 @@
 #!/bin/sh
 # Builds the template of the virtual access point: the files of device/root, busybox with the
-# applets of device/applets, the shell, lua, openssl, and the programs and libraries given, with
-# every library that these need.
+# applets of device/applets, the shell, lua, openssl, the time zones, and the programs and libraries
+# given, with every library that these need.
 #
 # usage: build-root.sh DEVICE_FOLDER OUTPUT FILE...
 #   OUTPUT  is replaced; its last part has to be "device-root"
@@ -9,7 +9,7 @@
 #           /usr/share/examples
 set -eu
 
-packages='busybox-static dash lua5.1 openssl'
+packages='busybox-static dash lua5.1 openssl tzdata'
 
 fail() {
     echo "build-root.sh: $1" >&2
@@ -78,6 +78,19 @@ make_wireless_interfaces() {
     done
 }
 
+# A line for each time zone of this machine: its name and its POSIX text, with which its file ends.
+make_time_zones() {
+    zones=/usr/share/zoneinfo
+    [ -r "$zones/Etc/UTC" ] || fail "$zones is missing: apt-get install $packages"
+    (
+        cd "$zones"
+        find -L [A-Z]* -type f | LC_ALL=C sort >"$new/tmp/names"
+        xargs tail -q -n 1 <"$new/tmp/names" >"$new/tmp/texts"
+    )
+    paste -d ' ' "$new/tmp/names" "$new/tmp/texts" >"$new/usr/share/time-zones"
+    rm "$new/tmp/names" "$new/tmp/texts"
+}
+
 rm -rf "$new" "$old"
 mkdir -p "$new"
 for folder in bin sbin usr/bin usr/sbin usr/lib lib lib64 etc var/lib/modules var/log var/run flash/crash dev mnt proc \
@@ -87,6 +100,7 @@ done
 (cd "$device/root" && tar cf - .) | tar xf - -C "$new" --no-same-owner
 ln -s ../var/lib/modules "$new/lib/modules" # kernel modules come and go, other libraries do not
 make_wireless_interfaces
+make_time_zones
 install_busybox
 dash=$(program dash)
 lua=$(program lua5.1)

@@ -14,6 +14,11 @@ constexpr const char* shown(const char* text) {
     return text == nullptr ? "NULL" : text;
 }
 
+// How an operation's last line names its result.
+constexpr const char* outcome(int result) {
+    return result == 0 ? "Success" : "Fail";
+}
+
 } // namespace orlo
 
 // A message is written out in full where it is logged, so that a person who searches for a log line

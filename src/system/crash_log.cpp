@@ -8,16 +8,13 @@
 #include <glib.h>
 
 using orlo::CommandOutput;
+using orlo::outcome;
 using orlo::Text;
 
 namespace {
 
 constexpr const char* archive_folder = "/tmp";
 constexpr const char* archive_name = "tech_support_info";
-
-const char* outcome(int result) {
-    return result == 0 ? "Success" : "Fail";
-}
 
 int archive_tech_info_file() {
     LOG_TRACE("Entering...\n");

@@ -7,6 +7,7 @@
 #include <cstring>
 
 using orlo::CommandOutput;
+using orlo::outcome;
 using orlo::shown;
 using orlo::Text;
 
@@ -40,7 +41,7 @@ bool destroy_sessions(int& status) {
 }
 
 int end_with(int status) {
-    LOG_TRACE_FOR(apply_login, "End... return: %s\n", status == 0 ? "Success" : "Fail");
+    LOG_TRACE_FOR(apply_login, "End... return: %s\n", outcome(status));
     return status;
 }
 

@@ -48,7 +48,7 @@ TEST(Clock, programs_started_as_root_cannot_gain_the_right_back) {
     }
 }
 
-TEST(Clock, date_with_a_new_time_is_recorded_and_changes_nothing) {
+TEST(Clock, date_with_a_new_time_is_recorded_and_leaves_the_machines_clock_alone) {
     ASSERT_TRUE(setting_the_clock_is_refused());
     const double before = clock_offset();
     const Outcome outcome = shell("TZ=UTC0 date -s '2031-05-06 07:08:00'");
@@ -68,6 +68,37 @@ TEST(Clock, every_way_to_give_date_a_new_time_ends_at_the_journal) {
         EXPECT_EQ(outcome.out, "Tue May  6 07:08:00 UTC 2031\n") << words << outcome.err;
     }
     EXPECT_LT(std::abs(clock_offset() - before), 0.5);
+}
+
+// The access point's own idea of the time.
+
+TEST(Clock, of_the_access_point_runs_on_from_the_new_time) {
+    shell("date -s '2031-05-06 07:08:00'");
+    const std::string now = shell("date '+%Y-%m-%d %H:%M'").out;
+    EXPECT_TRUE(now == "2031-05-06 07:08\n" || now == "2031-05-06 07:09\n") << now;
+    write_file("/var/run/device/clock", "-86400\n");
+    EXPECT_NEAR(std::stod(shell("date +%s").out), seconds(CLOCK_REALTIME) - 86400, 5);
+}
+
+TEST(Clock, of_the_access_point_takes_local_time_unless_told_otherwise) {
+    write_file("/etc/TZ", "CET-1");
+    EXPECT_EQ(shell("date -s '2031-05-06 07:08:00'").out, "Tue May  6 07:08:00 CET 2031\n");
+    EXPECT_EQ(shell("date -u +%H").out, "06\n");
+    EXPECT_EQ(shell("date -u -s '2031-05-06 07:08:00'").out, "Tue May  6 07:08:00 UTC 2031\n");
+    EXPECT_EQ(shell("date +%H").out, "08\n");
+    EXPECT_EQ(shell("TZ=EST5 date +%H").out, "02\n");
+}
+
+TEST(Clock, of_the_access_point_does_not_change_times_that_are_given) {
+    shell("date -s '2031-05-06 07:08:00'");
+    EXPECT_EQ(shell("date -d @86400 +%s").out, "86400\n");
+    shell("touch -d '2020-01-02 03:04:05' /tmp/old");
+    EXPECT_EQ(shell("date -r /tmp/old +%Y").out, "2020\n");
+}
+
+TEST(Clock, of_the_access_point_keeps_its_time_when_the_new_one_is_none) {
+    shell("date -s '2031-05-06 07:08:00'; date -s yesterday");
+    EXPECT_EQ(shell("date +%Y").out, "2031\n");
 }
 
 TEST(Clock, date_refuses_a_time_that_is_none) {
