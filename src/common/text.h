@@ -29,6 +29,12 @@ private:
     char text_[N];
 };
 
+// A text inside a record of the agent, whose array may be full.
+template <size_t N>
+Text<N + 1> read_inline(const char (&text)[N]) {
+    return Text<N + 1>("%.*s", static_cast<int>(N), text);
+}
+
 // Replaces every `needle` in `text`, in place, until none is left; the buffer must have room for
 // the grown text. A result of 1024 bytes or more, an empty needle, or a replacement that holds the
 // needle itself leaves the text as it stands.
