@@ -106,8 +106,9 @@ int mwl_get_bssid(const char* ifname, unsigned char* bssid);
 
 /* ---- Also in the table. ---- */
 
+void api_mark_config_apply_flag(void);                   /* slot 114 */
+int api_show_mem_usage(const char* tag);                 /* slot 115 */
 int api_get_CQ_status(int check_hash, const char* path); /* slot 119 */
-int api_show_mem_usage(const char* tag); /* slot 115 */
 
 #pragma GCC visibility pop
 

@@ -24,7 +24,7 @@ constexpr int hash_size = 64;
 // Of the status file that was last delivered as a new one.
 char delivered_hash[hash_size + 1];
 
-bool exists(const char* path) {
+bool is_there(const char* path) {
     return g_file_test(path, G_FILE_TEST_EXISTS) != 0;
 }
 
@@ -61,7 +61,7 @@ int api_is_quilt_capable() {
     char* const model = api_get_system_information("model");
     const bool excluded = model != nullptr && is_excluded(model);
     free(model);
-    return !excluded && exists("/etc/qxw/cq_version") ? 1 : 0;
+    return !excluded && is_there("/etc/qxw/cq_version") ? 1 : 0;
 }
 
 int api_is_any_vap_quilt() {
@@ -76,7 +76,7 @@ int api_is_any_vap_quilt() {
 }
 
 int api_is_responser_present() {
-    return exists("/etc/init.d/responser") ? 1 : 0;
+    return is_there("/etc/init.d/responser") ? 1 : 0;
 }
 
 int api_is_cqscan_enabled() {
