@@ -4,6 +4,8 @@
 #include "common/text.h"
 #include "uci/option.h"
 
+#include <cstring>
+
 using orlo::CommandOutput;
 using orlo::is_radio;
 using orlo::is_vap;
@@ -35,6 +37,7 @@ const char* const mwl_interface_name[32] = {
 namespace {
 
 const char* const radio_section[2] = {"wifi0", "wifi1"};
+const char* const radio_interface[2] = {"wlan0", "wlan1"};
 
 const char* const vap_section[32] = {
     "wifi0vap0", "wifi0vap1", "wifi0vap2", "wifi0vap3",
@@ -63,6 +66,19 @@ bool option_is_not(const char* key, const char* text) {
 }
 
 } // namespace
+
+namespace orlo {
+
+const char* section_of_interface(const char* name) {
+    for (int radio = 0; radio < radio_count; radio++) {
+        if (strcmp(name, radio_interface[radio]) == 0) {
+            return radio_section[radio];
+        }
+    }
+    return nullptr;
+}
+
+} // namespace orlo
 
 const char* get_uci_ifname(int radio, int vap) {
     return is_vap(radio, vap) ? vap_section[radio * vaps_per_radio + vap] : "";

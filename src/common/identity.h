@@ -21,6 +21,9 @@ constexpr bool is_vap(int radio, int vap) {
     return is_radio(radio) && vap >= 0 && vap < vaps_per_radio;
 }
 
+// The section of the radio with this interface name ("wlan0", "wlan1"); NULL for any other.
+const char* section_of_interface(const char* name);
+
 // The radio's entry of an option-key table; NULL, which the store refuses, for any other radio.
 inline const char* radio_key(const char* const (&table)[radio_count], int radio) {
     return is_radio(radio) ? table[radio] : nullptr;

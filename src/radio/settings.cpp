@@ -1,5 +1,6 @@
 // Radio-wide settings: isolation, thresholds, limits, quality of service, 802.11ax features.
 #include "common/flag.h"
+#include "common/identity.h"
 #include "common/pending_services.h"
 #include "ops/operations.h"
 #include "uci/staging.h"
@@ -15,20 +16,6 @@ namespace {
 
 // The steps below work in its name.
 constexpr const char* apply_radio = "api_apply_radio";
-
-// The section of a radio's interface; NULL for any other name.
-const char* section_of(const char* interface_name) {
-    const struct {
-        const char* interface_name;
-        const char* section;
-    } rows[] = {{"wlan0", "wifi0"}, {"wlan1", "wifi1"}};
-    for (const auto& row : rows) {
-        if (strcmp(interface_name, row.interface_name) == 0) {
-            return row.section;
-        }
-    }
-    return nullptr;
-}
 
 bool stage_option(const char* section, const char* option, const char* value) {
     if (!stage("wireless", Text<128>("%s.%s", section, option), value)) {
@@ -139,7 +126,7 @@ int api_apply_radio(const struct radio_settings* settings) {
     if (settings->interface_name == nullptr) {
         return LOG_AND_DISCARD("radio interface_name is missing.\n");
     }
-    const char* section = section_of(settings->interface_name);
+    const char* section = orlo::section_of_interface(settings->interface_name);
     if (section == nullptr) { // what other operations have staged stays
         LOG_TRACE("Invalid radio interface_name is %s\n", settings->interface_name);
         return wrong_interface;

@@ -1,5 +1,6 @@
 #include "support/access_point.h"
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 #include <sys/stat.h>
@@ -113,6 +114,14 @@ std::vector<std::string> AccessPoint::staged() {
     }
     free(names);
     return lines;
+}
+
+bool AccessPoint::saving_restarts_network() {
+    door.forget();
+    EXPECT_EQ(ops.api_save_config(), 0);
+    const Trace commands = door.trace({"run"});
+    return std::count(commands.begin(), commands.end(),
+                      "run /usr/bin/orloagent_apply_settings.sh network-5 &") == 1;
 }
 
 void AccessPoint::write_file(const std::string& path, const std::string& text) {

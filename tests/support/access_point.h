@@ -48,6 +48,9 @@ protected:
     // Everything staged, package by package: "wireless.wifi0.channel=6", "-wireless.wifi0.eg_ch".
     static std::vector<std::string> staged();
 
+    // Saves; whether that has the network restarted.
+    bool saving_restarts_network();
+
     // ---- Device ----
 
     static void write_file(const std::string& path, const std::string& text);

@@ -15,7 +15,7 @@ struct mac_auth_radius_server {
     uint32_t index;                 /* 1 primary, 2 secondary */
     const char* ip;                 /* address */
     const char* key;                /* shared secret */
-    uint32_t port;                  /* authentication port, unchecked */
+    uint32_t port;                  /* authentication port, unchecked: 7 digits are stored */
     const char* username_separator; /* between the octets of the address: "hyphen", ... */
     const char* username_case;      /* of the address: "lower", ... */
     const char* password_format;    /* "username", "fixed-password", ... */

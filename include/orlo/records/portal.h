@@ -30,7 +30,7 @@ struct cp_settings {
     int32_t acct_port;                     /* its port, unchecked; applied with accounting on */
     int32_t walled_garden_enable;          /* non-zero: replace the walled garden */
     const char* walled_garden[50];         /* open destinations, up to the first NULL or "" */
-    int32_t session_timeout;               /* negative: not given */
+    int32_t session_timeout;               /* negative: not given; 7 digits are stored */
     const char* session_timeout_action;    /* optional */
 };
 
