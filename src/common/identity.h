@@ -21,6 +21,11 @@ constexpr bool is_vap(int radio, int vap) {
     return is_radio(radio) && vap >= 0 && vap < vaps_per_radio;
 }
 
+// A VAP's place in the tables of all VAPs.
+constexpr int vap_slot(int radio, int vap) {
+    return radio * vaps_per_radio + vap;
+}
+
 // The section of the radio with this interface name ("wlan0", "wlan1"); NULL for any other.
 const char* section_of_interface(const char* name);
 

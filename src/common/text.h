@@ -3,6 +3,7 @@
 
 #include <cstdarg>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 
 namespace orlo {
@@ -33,6 +34,12 @@ private:
 template <size_t N>
 Text<N + 1> read_inline(const char (&text)[N]) {
     return Text<N + 1>("%.*s", static_cast<int>(N), text);
+}
+
+// "a4:5e:60:01:02:03"
+inline Text<18> mac_text(const uint8_t (&mac)[6]) {
+    return Text<18>("%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3], mac[4],
+                    mac[5]);
 }
 
 // Replaces every `needle` in `text`, in place, until none is left; the buffer must have room for
