@@ -99,12 +99,4 @@ testing::AssertionResult QuiltRecord::logged(const std::string& message) const {
     return testing::AssertionFailure() << "not logged: " << message;
 }
 
-bool QuiltRecord::network_is_marked() {
-    door.forget();
-    EXPECT_EQ(ops.api_save_config(), 0);
-    const Trace runs = door.trace({"run"});
-    return std::find(runs.begin(), runs.end(),
-                     "run /usr/bin/orloagent_apply_settings.sh network-5 &") != runs.end();
-}
-
 } // namespace orlo::test

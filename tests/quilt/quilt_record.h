@@ -38,9 +38,6 @@ protected:
 
     // Whether the operation has logged a line itself.
     testing::AssertionResult logged(const std::string& message) const;
-
-    // Whether the next save restarts the network.
-    bool network_is_marked();
 };
 
 } // namespace orlo::test

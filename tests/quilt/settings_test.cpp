@@ -12,16 +12,15 @@ TEST_F(QuiltOptions, ThatAreGivenAreStagedInOrder) {
     quilt_.cqscan = 1;
     quilt_.cq_proxy_arp = 0;
     EXPECT_EQ(apply(), 0);
-    EXPECT_THAT(door.trace(), ElementsAre("log api_apply_channel_quilt: Entering...",
-                                          "set quilt.config_quilt.vlan_id=7",
-                                          "set quilt.config_quilt.secret=quilt secret",
-                                          "set quilt.config_quilt.rekey=600",
-                                          "set quilt.config_quilt.client_isolation=1",
-                                          "set quilt.config_quilt.bcn_rssi_th=20",
-                                          "set quilt.config_quilt.cqscan=1",
-                                          "set quilt.config_quilt.arp_filter=0",
-                                          "log api_apply_channel_quilt: End, return 0"));
-    EXPECT_TRUE(network_is_marked());
+    EXPECT_THAT(
+        door.trace(),
+        ElementsAre("log api_apply_channel_quilt: Entering...", "set quilt.config_quilt.vlan_id=7",
+                    "set quilt.config_quilt.secret=quilt secret",
+                    "set quilt.config_quilt.rekey=600", "set quilt.config_quilt.client_isolation=1",
+                    "set quilt.config_quilt.bcn_rssi_th=20", "set quilt.config_quilt.cqscan=1",
+                    "set quilt.config_quilt.arp_filter=0",
+                    "log api_apply_channel_quilt: End, return 0"));
+    EXPECT_TRUE(saving_restarts_network());
     EXPECT_EQ(committed_value("quilt.config_quilt.secret"), "quilt secret");
 }
 
@@ -60,7 +59,7 @@ TEST_F(QuiltOptions, AManagementVlanOutOfRangeLeavesWhatIsStaged) {
                                                   std::to_string(vlan)));
     }
     EXPECT_THAT(staged(), ElementsAre("orloagent.agent.confighash=abc"));
-    EXPECT_FALSE(network_is_marked());
+    EXPECT_FALSE(saving_restarts_network());
 }
 
 TEST_F(QuiltOptions, ABeaconThresholdOutOfRangeDiscardsEverything) {
@@ -75,7 +74,7 @@ TEST_F(QuiltOptions, ABeaconThresholdOutOfRangeDiscardsEverything) {
                                                   std::to_string(threshold)));
         EXPECT_THAT(staged(), IsEmpty());
     }
-    EXPECT_FALSE(network_is_marked());
+    EXPECT_FALSE(saving_restarts_network());
 }
 
 TEST_F(QuiltOptions, OtherNumbersAreWrittenAsTheyAre) {
@@ -140,7 +139,7 @@ TEST_P(FailedQuiltOption, EndsTheCall) {
     EXPECT_EQ(door.trace({"set"}).size(), static_cast<size_t>(GetParam().nth)) << "and no VAP";
     EXPECT_EQ(door.trace({"revert"}).size(), GetParam().discards ? 1U : 0U);
     EXPECT_EQ(staged().size(), GetParam().discards ? 0U : static_cast<size_t>(GetParam().nth));
-    EXPECT_FALSE(network_is_marked());
+    EXPECT_FALSE(saving_restarts_network());
 }
 
 const FailedOption failed_options[] = {
