@@ -447,4 +447,14 @@ TEST_F(ScanReport, LosesAStationAtMostWhenMemoryRunsOutLater) {
     EXPECT_GT(n, 100) << "every allocation of a scan has had its turn";
 }
 
+using FreshAccessPoint = AccessPoint;
+
+TEST_F(FreshAccessPoint, HasStationsForAScan) {
+    ASSERT_EQ(system("mkdir -p /etc/qxw && touch /etc/qxw/cq_version"), 0);
+    configure("wireless.wifi1vap1.mode", "quilt");
+    json_t* const report = ops.api_get_cqscan(nullptr);
+    EXPECT_EQ(json_array_size(report), 2U);
+    json_decref(report);
+}
+
 } // namespace orlo::test
