@@ -26,7 +26,7 @@ int api_is_config_applying_check() {
 
 int api_release_web_ui_block() {
     LOG_TRACE("Entering...\n");
-    return exists(web_block_marker) ? unlink(web_block_marker) : -1;
+    return exists(web_block_marker) && unlink(web_block_marker) == 0 ? 0 : -1;
 }
 
 void api_mark_config_apply_flag() {

@@ -23,5 +23,9 @@ extern const Command apply_command;
 extern const Command status_command;
 extern const Command records_command;
 extern const Command schema_command;
+extern const Command system_command;
+extern const Command block_command;
+extern const Command release_command;
+extern const Command wait_vaps_command;
 
 } // namespace orloctl
