@@ -145,10 +145,22 @@ int sent_assoc_client_to_orloagent(void);
  */
 struct ORLOClientInfoList* get_all_associated_clients_info(void);
 
+/*
+ * ---- The quilt scan's sources. Both add an entry for each station to a JSON object, under its
+ * address, in the place of what is there. The object stays the caller's. ----
+ */
+
+/* The stations that the radios hear. 0, or -1 when the list cannot be read. */
+int get_cqscan_detected_clients(struct json_t* object);
+
+/* The stations that a VAP serves; of a VAP that is not the quilt's, or not there, none. 0 or -1. */
+int get_cqscan_assoc_clients(int radio, int vap, struct json_t* object);
+
 /* ---- Also in the table. ---- */
 
-void api_mark_config_apply_flag(void);   /* slot 114 */
-int api_show_mem_usage(const char* tag); /* slot 115 */
+void api_mark_config_apply_flag(void);                   /* slot 114 */
+int api_show_mem_usage(const char* tag);                 /* slot 115 */
+int api_get_CQ_status(int check_hash, const char* path); /* slot 119 */
 
 #pragma GCC visibility pop
 

@@ -30,6 +30,12 @@ private:
     char text_[N];
 };
 
+// A text inside a record of the agent, whose array may be full.
+template <size_t N>
+Text<N + 1> read_inline(const char (&text)[N]) {
+    return Text<N + 1>("%.*s", static_cast<int>(N), text);
+}
+
 // "a4:5e:60:01:02:03"
 inline Text<18> mac_text(const uint8_t (&mac)[6]) {
     return Text<18>("%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3], mac[4],

@@ -8,6 +8,7 @@
 
 #include <cstring>
 
+using orlo::read_inline;
 using orlo::shown;
 using orlo::stage;
 using orlo::Text;
@@ -95,13 +96,6 @@ int stage_width(int radio, uint32_t megahertz) {
     return stage_or_discard(radio, "htmode", htmode);
 }
 
-// A text of the agent's record, whose array may be full.
-using Inline = Text<128 + 1>;
-
-Inline read_inline(const char (&text)[128]) {
-    return Inline("%.*s", static_cast<int>(sizeof text), text);
-}
-
 // Turns a comma-separated list of the agent's record into a blank-separated one, in place.
 void separate_by_blanks(char (&list)[128]) {
     char copy[sizeof list + 1] = {};
@@ -116,7 +110,7 @@ int stage_supported_rates(int radio, char (&rates)[128]) {
         return 0;
     }
     separate_by_blanks(rates);
-    const Inline separated = read_inline(rates);
+    const auto separated = read_inline(rates);
     LOG_TRACE_FOR(apply_hardware, "New supported_rate:%s\n", separated.c_str());
     if (orlo::set_legacy_rate(radio, separated) < 0) {
         LOG_TRACE_FOR(apply_hardware, "error: Set wifi%d legacy rate failed.\n", radio);

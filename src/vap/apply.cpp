@@ -136,19 +136,10 @@ Result apply_security(uint32_t radio, uint32_t vap, const vap_settings& settings
     if (outcome == Outcome::done) {
         outcome = translator.clean_up(security, versions);
     }
-    if (orlo::finish(outcome) != 0) {
-        return failure;
+    if (outcome == Outcome::done) {
+        outcome = translator.protect_frames(security, versions, settings.mfp);
     }
-    if (!orlo::is_wpa(security)) {
-        speaker.say(orlo::indexed("Security is not \"wpa-personal\" or \"wpa-enterprise\"ignore "
-                                  "vap_settings[%d].mfp:%d\n"),
-                    settings.mfp);
-        return success;
-    }
-    if (orlo::apply_mfp(radio, vap, versions, static_cast<uint32_t>(settings.mfp)) != 0) {
-        return discard_and_return(failure);
-    }
-    return success;
+    return orlo::finish(outcome) == 0 ? success : failure;
 }
 
 Result apply_enabled_vap(uint32_t radio, uint32_t vap, vap_settings* settings) {

@@ -36,6 +36,11 @@ const SecurityWording vap_security_wording = {
         {"delete wireless.auth_server_second successfully\n"},
         {"delete wireless.auth_secret_second successfully\n"},
     },
+    {
+        {},
+        indexed("Security is not \"wpa-personal\" or \"wpa-enterprise\"ignore "
+                "vap_settings[%d].mfp:%d\n"),
+    },
     "Set Value Failed : wireless.%s=%s!\n",
     "delete Value Failed\n",
     "The wpa key is NULL!\n",
@@ -125,6 +130,15 @@ Outcome SecurityTranslator::clean_up(Security security, uint32_t wpa) {
         }
     }
     return Outcome::done;
+}
+
+Outcome SecurityTranslator::protect_frames(Security security, uint32_t wpa, int32_t mfp) {
+    if (!is_wpa(security)) {
+        speaker_.say(wording_.frame_protection.ignored, mfp);
+        return Outcome::done;
+    }
+    speaker_.say(wording_.frame_protection.applied);
+    return outcome_of(apply_mfp(radio_, vap_, wpa, static_cast<uint32_t>(mfp)) == 0);
 }
 
 Text<128> SecurityTranslator::key_of(const char* option) const {

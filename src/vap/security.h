@@ -42,6 +42,10 @@ struct SecurityWording {
         Line deleted_second_server;
         Line deleted_second_secret;
     } radius;
+    struct {
+        Line applied;
+        Line ignored;
+    } frame_protection;
 
     // Why it refuses them.
     const char* set_failed;
@@ -93,6 +97,10 @@ public:
 
     // Takes away the options of WPA3 that a VAP of this security and these versions does not use.
     Outcome clean_up(Security security, uint32_t wpa);
+
+    // Protects the VAP's management frames as its versions of WPA call for; other security has no
+    // such protection.
+    Outcome protect_frames(Security security, uint32_t wpa, int32_t mfp);
 
 private:
     struct WpaOptions;

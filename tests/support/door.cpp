@@ -108,4 +108,15 @@ Trace Door::trace(const std::vector<std::string>& kinds) const {
     return chosen;
 }
 
+Trace Door::log_of(const std::string& operation) const {
+    const std::string own = "log " + operation + ": ";
+    Trace messages;
+    for (const std::string& line : lines_) {
+        if (line.compare(0, own.size(), own) == 0) {
+            messages.push_back(line.substr(own.size()));
+        }
+    }
+    return messages;
+}
+
 } // namespace orlo::test

@@ -75,6 +75,10 @@ public:
     // Everything since the last forget(), or the lines of some kinds only: {"set", "run"}.
     const Trace& trace() const { return lines_; }
     Trace trace(const std::vector<std::string>& kinds) const;
+
+    // What an operation has logged itself, at module 5 and level 5, without its name.
+    Trace log_of(const std::string& operation) const;
+
     void forget() { lines_.clear(); }
 
     // Lets the library's next fopen open another file.

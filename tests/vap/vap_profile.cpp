@@ -7,7 +7,6 @@ namespace orlo::test {
 
 namespace {
 
-const std::string own = "log api_apply_vap: ";
 const std::string section = "wireless.wifi1vap0.";
 
 } // namespace
@@ -101,13 +100,7 @@ Trace VapProfile::security_edits() const {
 }
 
 Trace VapProfile::own_log() const {
-    Trace lines;
-    for (const std::string& line : door.trace()) {
-        if (line.compare(0, own.size(), own) == 0) {
-            lines.push_back(line.substr(own.size()));
-        }
-    }
-    return lines;
+    return door.log_of("api_apply_vap");
 }
 
 std::string VapProfile::refusal() const {
