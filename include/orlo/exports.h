@@ -106,7 +106,9 @@ int mwl_get_bssid(const char* ifname, unsigned char* bssid);
 
 /* ---- Also in the table. ---- */
 
-int api_show_mem_usage(const char* tag); /* slot 115 */
+int api_show_mem_usage(const char* tag);              /* slot 115 */
+struct json_t* create_ml_status_report(void* unused); /* slot 123 */
+struct json_t* create_ml_statistics_report(void);     /* slot 124 */
 
 #pragma GCC visibility pop
 

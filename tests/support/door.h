@@ -27,6 +27,7 @@ enum class Call {
     access,
     fopen,
     popen,
+    realloc, // not under a sanitizer, which has an allocator of its own
     socket,
     system,
     uci_add_list,
@@ -67,8 +68,12 @@ public:
     // Whether the agent keeps debug lines.
     bool debug_enabled = true;
 
+    // The time that the library sees, in seconds since 1970; 0: the real one.
+    long now = 0;
+
     // For the functions behind the door.
     bool should_fail(Call call);
+    bool expects_failure(Call call) const;
     std::string take_redirection() { return std::exchange(redirection_, std::string()); }
     void record(const std::string& line) { lines_.push_back(line); }
     void listed_packages();
