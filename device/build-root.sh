@@ -71,7 +71,8 @@ make_wireless_interfaces() {
             name=wdev${radio}ap$vap
             bssid=$mac:$(printf %02x "$vap")
             echo "$name $state $bssid" >>"$run/interfaces"
-            printf 'name IEEE 802.11\nbssid %s\n' "$bssid" >"$run/driver/$name"
+            printf 'name IEEE 802.11\nbssid %s\nprivate setcmd 8be4 2100 0\n' "$bssid" \
+                >"$run/driver/$name"
             state=down
         done
     done

@@ -2,9 +2,10 @@
 // the state files, so a test or a stand-in that writes a file changes the next answer.
 #include "driver/answers.h"
 
+#include "driver/private_commands.h"
+
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -128,24 +129,19 @@ int answer_range(const Interface& interface, iwreq& request) {
 }
 
 int answer_access_point(const Interface& interface, iwreq& request) {
-    std::string_view bssid = interface.state.value("bssid");
+    const std::string_view bssid = interface.state.value("bssid");
     if (bssid.empty()) {
         return EOPNOTSUPP;
     }
+    unsigned char mac[ETH_ALEN];
+    if (!read_mac(bssid, mac)) {
+        return EINVAL;
+    }
     sockaddr address{};
     address.sa_family = ARPHRD_ETHER;
-    for (int i = 0; i < ETH_ALEN; i++) {
-        const std::string_view part = next_part(bssid, ':');
-        const char* end = part.data() + part.size();
-        unsigned byte = 0;
-        const auto result = std::from_chars(part.data(), end, byte, 16);
-        if (part.size() != 2 || result.ec != std::errc() || result.ptr != end) {
-            return EINVAL;
-        }
-        address.sa_data[i] = static_cast<char>(byte);
-    }
+    memcpy(address.sa_data, mac, sizeof mac);
     request.u.ap_addr = address;
-    return bssid.empty() ? 0 : EINVAL;
+    return 0;
 }
 
 constexpr Request requests[] = {
@@ -153,11 +149,18 @@ constexpr Request requests[] = {
     {SIOCGIWFREQ, "freq", answer_frequency},
     {SIOCGIWRANGE, "range", answer_range},
     {SIOCGIWAP, "ap", answer_access_point},
+    {SIOCGIWPRIV, "private", answer_private_table},
 };
+
+// Its number is the interface's own.
+constexpr Request setcmd = {0, "setcmd", answer_setcmd};
 
 } // namespace
 
-const Request* find_request(unsigned long number) {
+const Request* find_request(const Interface& interface, unsigned long number) {
+    if (is_setcmd(interface, number)) {
+        return &setcmd;
+    }
     const auto* end = std::end(requests);
     const auto* found = std::find_if(std::begin(requests), end, [number](const Request& request) {
         return request.number == number;

@@ -25,7 +25,7 @@ struct Request {
     Answer answer;
 };
 
-/// Null when the driver has no such request.
-const Request* find_request(unsigned long number);
+/// Null when the interface has no such request.
+const Request* find_request(const Interface& interface, unsigned long number);
 
 } // namespace orlo::device

@@ -31,10 +31,10 @@ constexpr ErrorName error_names[] = {
     {"ETIMEDOUT", ETIMEDOUT}, {"EPERM", EPERM},
 };
 
-/// The error that a `fail NAME ERROR` line demands, 0 without such a line. A word that is no error
-/// name still fails the request, so that a typing error shows.
-int demanded_failure(const StateFile& state, std::string_view request) {
-    const std::string_view error = state.value("fail", request);
+/// The error that a line `fail NAME ERROR` or `fail-after NAME ERROR` demands, 0 without such a
+/// line. A word that is no error name still fails the request, so that a typing error shows.
+int demanded_failure(const StateFile& state, std::string_view when, std::string_view request) {
+    const std::string_view error = state.value(when, request);
     if (error.empty()) {
         return 0;
     }
@@ -71,12 +71,15 @@ int answer(int fd, unsigned long number, iwreq* request) {
     if (!read_interface(*request, interface)) {
         return ENODEV;
     }
-    const Request* known = find_request(number);
+    const Request* known = find_request(interface, number);
     if (known == nullptr) {
         return EOPNOTSUPP;
     }
-    const int failure = demanded_failure(interface.state, known->name);
-    return failure != 0 ? failure : known->answer(interface, *request);
+    int failure = demanded_failure(interface.state, "fail", known->name);
+    if (failure == 0) {
+        failure = known->answer(interface, *request);
+    }
+    return failure != 0 ? failure : demanded_failure(interface.state, "fail-after", known->name);
 }
 
 bool is_wireless(unsigned long number) {
@@ -103,10 +106,8 @@ extern "C" __attribute__((visibility("default"))) int ioctl(int fd, unsigned lon
     if (!is_wireless(number) || access(driver_folder, F_OK) != 0) {
         return static_cast<int>(syscall(SYS_ioctl, fd, number, argument));
     }
+    const int before = errno;
     const int error = answer(fd, number, static_cast<iwreq*>(argument));
-    if (error != 0) {
-        errno = error;
-        return -1;
-    }
-    return 0;
+    errno = error != 0 ? error : before;
+    return error != 0 ? -1 : 0;
 }

@@ -98,11 +98,52 @@ int iwinfo_ioctl(int request, void* argument);
 /* 1 when the interface answers as a wireless one, else 0. */
 int wext_probe(const char* ifname);
 
+/* 1 when the interface is of this driver, which has a table of stations, else 0. */
+int mwl_probe(const char* ifname);
+
+/*
+ * Reads a VAP's table of stations into `out`: up to 341 struct mwl_assoc_entry, 88 bytes each, one
+ * behind the other. `out` must have room for all of them and be cleared: it keeps what the driver
+ * does not tell. `len` becomes the length in bytes. 0; or -1, which leaves both alone.
+ */
+int mwl_get_assoclist(const char* ifname, char* out, int* len);
+
 /* The operating channel of a radio ("wdev0"), or of a VAP's radio ("wdev0ap3"). 0 or -1. */
 int mwl_get_channel(const char* ifname, uint32_t* channel);
 
 /* The interface's BSSID: six bytes. 0 or -1, which leaves the bytes alone. */
 int mwl_get_bssid(const char* ifname, unsigned char* bssid);
+
+/* ---- Associated clients. ---- */
+
+/*
+ * The stations of each VAP, at radio * 16 + vap, as prepare_assoc_client_list() last found them; NULL
+ * for a VAP without any. The library's: read only.
+ */
+extern struct assoc_client_node* assoc_client_list[32];
+
+/*
+ * Lists the stations of all VAPs anew: from the driver's tables, those of quilt VAPs from its
+ * station file. Mesh-link VAPs are left out. 0; or -1 at the first failure, which keeps what is
+ * listed by then.
+ */
+int prepare_assoc_client_list(void);
+
+/* Writes a line for each VAP that has stations: "0,2,a4:5e:60:01:02:03,00:11:22:33:44:55". */
+void write_assoc_client_to_file(const char* path);
+
+/* Writes the struct assoc_client_record of every station, in the order of the list. */
+void write_assoc_client_detail_to_file(const char* path);
+
+/* Announces the detail file to the agent: api_get_assoc_client_detail's two datagrams. 0 or -1. */
+int sent_assoc_client_to_orloagent(void);
+
+/*
+ * Counters of the stations that the driver's tables hold: see struct ORLOClientInfoList. NULL when
+ * there are none. A VAP whose table cannot be read right after one with 88 stations or more gets a
+ * block of zeros, an element for every 88 of that one.
+ */
+struct ORLOClientInfoList* get_all_associated_clients_info(void);
 
 /* ---- Also in the table. ---- */
 

@@ -21,6 +21,11 @@ constexpr bool is_vap(int radio, int vap) {
     return is_radio(radio) && vap >= 0 && vap < vaps_per_radio;
 }
 
+// A VAP's place in the tables of all VAPs.
+constexpr int vap_slot(int radio, int vap) {
+    return radio * vaps_per_radio + vap;
+}
+
 // The radio's entry of an option-key table; NULL, which the store refuses, for any other radio.
 inline const char* radio_key(const char* const (&table)[radio_count], int radio) {
     return is_radio(radio) ? table[radio] : nullptr;

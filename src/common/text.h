@@ -3,6 +3,7 @@
 
 #include <cstdarg>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 
 namespace orlo {
@@ -28,6 +29,12 @@ public:
 private:
     char text_[N];
 };
+
+// "a4:5e:60:01:02:03"
+inline Text<18> mac_text(const uint8_t (&mac)[6]) {
+    return Text<18>("%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3], mac[4],
+                    mac[5]);
+}
 
 // Replaces every `needle` in `text`, in place, until none is left; the buffer must have room for
 // the grown text. A result of 1024 bytes or more, an empty needle, or a replacement that holds the

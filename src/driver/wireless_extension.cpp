@@ -1,30 +1,22 @@
 // The driver's standard wireless-extension requests: name, channel and BSSID of an interface.
+#include "driver/wireless_extension.h"
+
 #include "common/text.h"
 #include "orlo/exports.h"
 
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
-#include <linux/wireless.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 
 using orlo::Text;
+using orlo::wext_ioctl_on;
 
 namespace {
 
 // One socket for the life of the process, made by the first query.
 int query_socket = -1;
-
-// Issues a request on the interface; "mon.wdev0ap1" is asked as "wdev0ap1".
-int wext_ioctl_on(const char* ifname, int request, iwreq* argument) {
-    if (strncmp(ifname, "mon.", 4) == 0) {
-        ifname += 4;
-    }
-    // A name of 16 characters or more is cut, without a terminator.
-    memcpy(argument->ifr_name, ifname, strnlen(ifname, IFNAMSIZ));
-    return iwinfo_ioctl(request, argument);
-}
 
 // "wdev1" for "wdev1ap3"; any other name as it is, cut beyond what a request takes.
 Text<32> mwl_radio_ifname(const char* ifname) {
@@ -68,6 +60,19 @@ int channel_of_frequency(const char* ifname, double frequency, uint32_t* channel
 }
 
 } // namespace
+
+namespace orlo {
+
+int wext_ioctl_on(const char* ifname, int request, iwreq* argument) {
+    if (strncmp(ifname, "mon.", 4) == 0) {
+        ifname += 4;
+    }
+    // A name of 16 characters or more is cut, without a terminator.
+    memcpy(argument->ifr_name, ifname, strnlen(ifname, IFNAMSIZ));
+    return iwinfo_ioctl(request, argument);
+}
+
+} // namespace orlo
 
 int iwinfo_ioctl(int request, void* argument) {
     if (query_socket == -1) {

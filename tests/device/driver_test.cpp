@@ -1,58 +1,24 @@
 // The simulated driver, asked by a library that was opened at run time.
-#include "ioctl_caller.h"
-#include "program.h"
+#include "driver_request.h"
 
-#include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <memory>
-#include <net/if.h>
 #include <net/if_arp.h>
 #include <sys/ioctl.h>
-#include <sys/socket.h>
 #include <sys/syscall.h>
-#include <unistd.h>
-
-#include <linux/wireless.h>
 
 using namespace orlo::test;
 
 namespace {
 
-const std::string folder = "/var/run/device/driver/";
-
-class Driver : public testing::Test {
+class Driver : public DriverRequest {
 protected:
-    void SetUp() override { socket_ = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0); }
-    void TearDown() override { close(socket_); }
-
-    static iwreq request_for(const std::string& interface) {
-        iwreq request{};
-        interface.copy(request.ifr_name, sizeof request.ifr_name);
-        return request;
-    }
-
-    /// 0 or the error number.
-    int ask(unsigned long number, iwreq& request) const {
-        errno = 0;
-        const int result = call_ioctl(socket_, number, &request);
-        EXPECT_EQ(result, errno == 0 ? 0 : -1);
-        return errno;
-    }
-
-    int ask(unsigned long number, const std::string& interface) const {
-        iwreq request = request_for(interface);
-        return ask(number, request);
-    }
-
     iw_freq frequency(const std::string& interface) const {
         iwreq request = request_for(interface);
         EXPECT_EQ(ask(SIOCGIWFREQ, request), 0);
         return request.u.freq;
     }
-
-    int socket_ = -1;
 };
 
 TEST_F(Driver, tells_the_protocol_of_an_interface) {
@@ -64,14 +30,14 @@ TEST_F(Driver, tells_the_protocol_of_an_interface) {
 }
 
 TEST_F(Driver, cuts_a_long_protocol_name) {
-    write_file(folder + "wdev0", "name 0123456789abcdefXYZ\n");
+    write_file(driver_folder + "wdev0", "name 0123456789abcdefXYZ\n");
     iwreq request = request_for("wdev0");
     ASSERT_EQ(ask(SIOCGIWNAME, request), 0);
     EXPECT_STREQ(request.u.name, "0123456789abcde");
 }
 
 TEST_F(Driver, an_interface_without_a_protocol_is_not_wireless) {
-    write_file(folder + "wdev0", "");
+    write_file(driver_folder + "wdev0", "");
     EXPECT_EQ(ask(SIOCGIWNAME, "wdev0"), EOPNOTSUPP);
 }
 
@@ -96,17 +62,17 @@ TEST_F(Driver, has_no_channel_while_the_radio_has_none) {
 }
 
 TEST_F(Driver, reports_a_frequency_instead_when_told_so) {
-    write_file(folder + "wdev1", "frequency 518000000 1\n");
+    write_file(driver_folder + "wdev1", "frequency 518000000 1\n");
     EXPECT_EQ(frequency("wdev1").m, 518000000);
     EXPECT_EQ(frequency("wdev1").e, 1);
-    write_file(folder + "wdev1", "frequency -5 -2\n");
+    write_file(driver_folder + "wdev1", "frequency -5 -2\n");
     EXPECT_EQ(frequency("wdev1").m, -5);
     EXPECT_EQ(frequency("wdev1").e, -2);
 }
 
 TEST_F(Driver, refuses_frequencies_that_the_kernel_cannot_carry) {
     for (const char* text : {"5180000000 0", "518", "518 x", "518 40000", "5 1x"}) {
-        write_file(folder + "wdev1", std::string("frequency ") + text + "\n");
+        write_file(driver_folder + "wdev1", std::string("frequency ") + text + "\n");
         EXPECT_EQ(ask(SIOCGIWFREQ, "wdev1"), EINVAL) << text;
     }
 }
@@ -135,7 +101,7 @@ TEST_F(Driver, lists_32_frequencies_at_most) {
     for (int channel = 1; channel <= 40; channel++) {
         line += " " + std::to_string(channel) + ":" + std::to_string(5000 + channel) + ":6";
     }
-    write_file(folder + "wdev1", line + "\n");
+    write_file(driver_folder + "wdev1", line + "\n");
     iw_range range{};
     iwreq request = request_for("wdev1");
     request.u.data.pointer = &range;
@@ -160,7 +126,7 @@ TEST_F(Driver, never_writes_more_than_the_caller_offers) {
 TEST_F(Driver, refuses_a_list_it_cannot_read) {
     for (const char* text :
          {"36", "36:5180", "300:5180:6", "36:5180000000:0", "36:5180:6:1", ":"}) {
-        write_file(folder + "wdev1", std::string("range ") + text + "\n");
+        write_file(driver_folder + "wdev1", std::string("range ") + text + "\n");
         iw_range range{};
         iwreq request = request_for("wdev1");
         request.u.data.pointer = &range;
@@ -179,20 +145,27 @@ TEST_F(Driver, has_a_bssid_for_each_vap) {
 
 TEST_F(Driver, refuses_a_bssid_that_is_none) {
     for (const char* text : {"02:00:00:00:01", "02:00:00:00:01:0a:00", "2:00:00:00:01:0a", "x"}) {
-        write_file(folder + "wdev0ap0", std::string("bssid ") + text + "\n");
+        write_file(driver_folder + "wdev0ap0", std::string("bssid ") + text + "\n");
         EXPECT_EQ(ask(SIOCGIWAP, "wdev0ap0"), EINVAL) << text;
     }
 }
 
 TEST_F(Driver, fails_the_requests_that_a_test_wants_to_fail) {
-    write_file(folder + "wdev0", "name IEEE 802.11\nfail name EIO\nfail freq EINVAL\n"
-                                 "fail range ENOMEM\nfail ap EBUSY\n");
+    write_file(driver_folder + "wdev0", "name IEEE 802.11\nfail name EIO\nfail freq EINVAL\n"
+                                        "fail range ENOMEM\nfail ap EBUSY\n");
     EXPECT_EQ(ask(SIOCGIWNAME, "wdev0"), EIO);
     EXPECT_EQ(ask(SIOCGIWFREQ, "wdev0"), EINVAL);
     EXPECT_EQ(ask(SIOCGIWRANGE, "wdev0"), ENOMEM);
     EXPECT_EQ(ask(SIOCGIWAP, "wdev0"), EBUSY);
-    write_file(folder + "wdev0", "name IEEE 802.11\nfail name EMISTYPED\n");
+    write_file(driver_folder + "wdev0", "name IEEE 802.11\nfail name EMISTYPED\n");
     EXPECT_EQ(ask(SIOCGIWNAME, "wdev0"), EPROTO);
+}
+
+TEST_F(Driver, fails_a_request_after_its_answer_when_told_so) {
+    write_file(driver_folder + "wdev0", "name late\nfail-after name EIO\n");
+    iwreq request = request_for("wdev0");
+    EXPECT_EQ(ask(SIOCGIWNAME, request), EIO);
+    EXPECT_STREQ(request.u.name, "late");
 }
 
 TEST_F(Driver, knows_only_its_own_interfaces) {
@@ -202,7 +175,7 @@ TEST_F(Driver, knows_only_its_own_interfaces) {
 }
 
 TEST_F(Driver, accepts_a_name_of_16_characters_without_a_terminator) {
-    write_file(folder + "0123456789abcdef", "name long\n");
+    write_file(driver_folder + "0123456789abcdef", "name long\n");
     iwreq request = request_for("0123456789abcdef");
     memset(&request.u, 0xff, sizeof request.u);
     ASSERT_EQ(ask(SIOCGIWNAME, request), 0);
@@ -218,9 +191,9 @@ TEST_F(Driver, survives_wild_requests) {
     iwreq request = request_for("wdev0");
     EXPECT_EQ(call_ioctl(-1, SIOCGIWNAME, &request), -1);
     EXPECT_EQ(errno, EBADF);
-    write_file(folder + "wdev0", std::string(100'000, 'x'));
+    write_file(driver_folder + "wdev0", std::string(100'000, 'x'));
     EXPECT_EQ(ask(SIOCGIWNAME, "wdev0"), EOPNOTSUPP);
-    write_file(folder + "wdev0", std::string("name\0x\n\n\n   \nname  \n", 20));
+    write_file(driver_folder + "wdev0", std::string("name\0x\n\n\n   \nname  \n", 20));
     EXPECT_EQ(ask(SIOCGIWFREQ, "wdev0"), 0);
 }
 

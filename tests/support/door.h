@@ -18,6 +18,7 @@ namespace orlo::test {
 //     commit wireless                                        or "commit all", "revert all"
 //     run /usr/sbin/iwconfig wdev0 commit
 //     read ifconfig | grep ...
+//     send 137 bytes to 127.0.0.1:36000
 //     sleep 3
 //
 // What failed ends in " (failed)".
@@ -28,6 +29,7 @@ enum class Call {
     fopen,
     popen,
     realloc, // not under a sanitizer, which has an allocator of its own
+    sendto,
     socket,
     system,
     uci_add_list,

@@ -4,6 +4,7 @@
 #include "support/access_point.h"
 #include "support/door.h"
 
+#include <arpa/inet.h>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -11,6 +12,7 @@
 #include <cstring>
 #include <ctime>
 #include <dlfcn.h>
+#include <netinet/in.h>
 #include <sys/socket.h>
 #include <uci.h>
 #include <unistd.h>
@@ -49,6 +51,13 @@ std::string path_of(const uci_ptr& found) {
         path += part == nullptr ? "" : std::string(".") + part;
     }
     return path;
+}
+
+// "127.0.0.1:36000"
+std::string text_of(const sockaddr* address, socklen_t size) {
+    sockaddr_in ipv4 = {};
+    memcpy(&ipv4, address, size < sizeof ipv4 ? size : sizeof ipv4);
+    return std::string(inet_ntoa(ipv4.sin_addr)) + ":" + std::to_string(ntohs(ipv4.sin_port));
 }
 
 // A store call that edits: recorded with its outcome.
@@ -173,6 +182,21 @@ int socket(int domain, int type, int protocol) {
         return -1;
     }
     return REAL(socket)(domain, type, protocol);
+}
+
+ssize_t sendto(int socket, const void* data, size_t size, int flags, const sockaddr* to,
+               socklen_t to_size) {
+    if (!CALLED_BY_LIBRARY) {
+        return REAL(sendto)(socket, data, size, flags, to, to_size);
+    }
+    const std::string line = "send " + std::to_string(size) + " bytes to " + text_of(to, to_size);
+    if (door().should_fail(Call::sendto)) {
+        door().record(line + " (failed)");
+        errno = ENOBUFS;
+        return -1;
+    }
+    door().record(line);
+    return REAL(sendto)(socket, data, size, flags, to, to_size);
 }
 
 uci_context* uci_alloc_context() {
