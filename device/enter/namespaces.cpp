@@ -112,6 +112,17 @@ void show_processes(const std::string& proc) {
     }
 }
 
+/// The kernel's own view of the interfaces in here, for those who want it in the place of the plain
+/// files below /sys. It can only be had while the machine's is still in sight, and is refused where
+/// the machine hides parts of that.
+void show_interfaces(const std::string& folder) {
+    check(mkdir(folder.c_str(), 0755), "mkdir " + folder);
+    constexpr unsigned long flags = MS_RDONLY | MS_NOSUID | MS_NODEV | MS_NOEXEC;
+    if (mount("sysfs", folder.c_str(), "sysfs", flags, "") != 0) {
+        check(rmdir(folder.c_str()), "rmdir " + folder);
+    }
+}
+
 void make_root(const Entry& entry) {
     check(mount("none", "/", "none", MS_REC | MS_PRIVATE, ""), "mount");
     const std::string target = entry.root + "/mnt";
@@ -122,6 +133,7 @@ void make_root(const Entry& entry) {
     check(mount("tmp", (target + "/tmp").c_str(), "tmpfs", flags, "mode=1777,size=64m"),
           "mount /tmp");
     show_processes(target + "/proc");
+    show_interfaces(target + "/mnt/sys");
     for (const std::string& folder : entry.visible) {
         make_folders(target + folder);
         bind_folder(folder, target + folder);

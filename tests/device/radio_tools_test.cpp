@@ -72,6 +72,27 @@ TEST(RadioTools, closed_channels_are_listed_below_their_heading) {
     EXPECT_EQ(shell(command).out, "52,1,1800\n100,2,60\n");
 }
 
+TEST(RadioTools, the_supported_channels_are_those_of_the_drivers_range) {
+    EXPECT_EQ(shell("/usr/bin/iwinfo wdev0 freqlist").out, "  2.412 GHz (Channel 1)\n"
+                                                           "  2.417 GHz (Channel 2)\n"
+                                                           "  2.422 GHz (Channel 3)\n"
+                                                           "  2.427 GHz (Channel 4)\n"
+                                                           "  2.432 GHz (Channel 5)\n"
+                                                           "* 2.437 GHz (Channel 6)\n"
+                                                           "  2.442 GHz (Channel 7)\n"
+                                                           "  2.447 GHz (Channel 8)\n"
+                                                           "  2.452 GHz (Channel 9)\n"
+                                                           "  2.457 GHz (Channel 10)\n"
+                                                           "  2.462 GHz (Channel 11)\n"
+                                                           "  2.467 GHz (Channel 12)\n"
+                                                           "  2.472 GHz (Channel 13)\n");
+    write_file("/var/run/device/driver/wdev1", "name x\nrange 36:518:7 149:5745:6\n");
+    EXPECT_EQ(shell("/usr/bin/iwinfo wdev1 freqlist | cut -d '(' -f 2 | cut -d ' ' -f 2 | "
+                    "cut -d ')' -f 1")
+                  .out,
+              "36\n149\n");
+}
+
 struct Refusal {
     const char* what;
     const char* command;
@@ -109,6 +130,9 @@ constexpr Refusal refusals[] = {
      "iwpriv: getsyncscanpwr: unknown word \"q\""},
     {"channel_by_name", "iwconfig wdev0 channel auto", "iwconfig: \"auto\" is no channel"},
     {"unknown_iwconfig_word", "iwconfig wdev0 essid x", "iwconfig: unknown command \"essid\""},
+    {"unknown_iwinfo_word", "iwinfo wdev0 scan", "iwinfo: unknown command \"scan\""},
+    {"no_iwinfo_word", "iwinfo wdev0", "iwinfo: usage: iwinfo INTERFACE freqlist"},
+    {"unknown_iwinfo_interface", "iwinfo eth0 freqlist", "iwinfo: eth0: no such device"},
     {"wired_interface", "iwconfig eth0 commit", "iwconfig: eth0: no such device"},
 };
 

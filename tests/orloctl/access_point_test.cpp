@@ -3,6 +3,7 @@
 #include <jansson.h>
 #include <memory>
 
+#include "detail_file.h"
 #include "run_program.h"
 
 using testing::HasSubstr;
@@ -244,4 +245,68 @@ TEST_F(OnTheAccessPoint, a_wrong_description_touches_nothing) {
                               R"({"radios": [{"radio": 0, "enabled": false, "channel": 14}]})");
     EXPECT_EQ(ended.out, "status 2\n");
     EXPECT_EQ(ended.err, "orloctl: radios[0].channel: 14 is not 0 or in 1..13\n");
+}
+
+TEST_F(OnTheAccessPoint, counters_are_those_that_the_kernel_keeps) {
+    const Ended ended = there("for counter in rx_bytes tx_bytes; do for port in eth0 eth1; do "
+                              "mkdir -p /sys/class/net/$port/statistics; "
+                              "echo 4000000000 >/sys/class/net/$port/statistics/$counter; "
+                              "done; done; orloctl counters");
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_EQ(
+        ended.out,
+        "               rx bytes    rx packets  rx errors  tx bytes    tx packets  tx errors\n"
+        "wired ports    8000000000  0           -          8000000000  0           -\n"
+        "radio 0        0           0           0          0           0           0\n"
+        "radio 1        0           0           0          0           0           0\n"
+        "radio 0 VAP 0  0           0           0          0           0           0\n"
+        "radio 1 VAP 0  0           0           0          0           0           0\n");
+    EXPECT_EQ(ended.err, "");
+}
+
+// The double lists stations there; it is visible inside in one of the forms.
+class ListingStations : public OnTheAccessPoint {
+protected:
+    void SetUp() override {
+        OnTheAccessPoint::SetUp();
+        if (!IsSkipped() && there("[ -e '" DOUBLE_VENDOR "' ]").status != 0) {
+            GTEST_SKIP() << "the double of the vendor library is not visible inside";
+        }
+    }
+
+    static Ended with_double(const std::string& script, const std::string& input = "") {
+        return there("export ORLO_LIBRARY='" DOUBLE_VENDOR "'; " + script, input);
+    }
+};
+
+TEST_F(ListingStations, clients_are_listed_anew_by_the_library) {
+    const Ended ended = with_double("cat >/tmp/stations; DOUBLE_STATIONS=/tmp/stations "
+                                    "DOUBLE_JOURNAL=/tmp/calls orloctl clients; cat /tmp/calls",
+                                    laptop().bytes());
+    EXPECT_EQ(ended.out,
+              "radio  VAP  SSID    MAC                IPv4          signal   rate        VLAN\n"
+              "1      2    Office  a4:5e:60:01:02:03  192.168.1.20  -52 dBm  866 Mbit/s  4094\n"
+              "api_generate_assoc_client_file\n")
+        << ended.err;
+}
+
+TEST_F(ListingStations, an_empty_list_that_was_empty_before_is_a_new_one) {
+    const Ended ended = with_double(": >/tmp/stations; : >/tmp/assoc_client_detail; "
+                                    "DOUBLE_STATIONS=/tmp/stations orloctl clients");
+    EXPECT_EQ(ended.out, "no station is associated\n") << ended.err;
+}
+
+TEST_F(ListingStations, a_list_that_the_library_did_not_renew_is_not_shown) {
+    const Ended ended = with_double("cat >/tmp/assoc_client_detail; orloctl clients; "
+                                    "echo \"status $?\"",
+                                    laptop().bytes());
+    EXPECT_EQ(ended.out, "status 1\n");
+    EXPECT_THAT(ended.err, HasSubstr("orloctl: api_generate_assoc_client_file did not write "
+                                     "/tmp/assoc_client_detail\n"));
+    const Ended failed = with_double("cat >/tmp/stations; DOUBLE_STATIONS=/tmp/stations "
+                                     "DOUBLE_FAILS=api_generate_assoc_client_file orloctl clients; "
+                                     "echo \"status $?\"",
+                                     laptop().bytes());
+    EXPECT_EQ(failed.out, "status 1\n");
+    EXPECT_THAT(failed.err, HasSubstr("  error: api_generate_assoc_client_file does not like it."));
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <jansson.h>
 #include <string>
 
@@ -27,6 +28,11 @@ void journal(const std::string& line) {
 bool fails(const char* name) {
     const char* named = getenv("DOUBLE_FAILS");
     return named != nullptr && strcmp(named, name) == 0;
+}
+
+std::string named_stations() {
+    const char* path = getenv("DOUBLE_STATIONS");
+    return path == nullptr ? "" : path;
 }
 
 std::string written(int value) {
@@ -70,6 +76,27 @@ std::string written(hw_specific_settings* value) {
     return value == nullptr ? "NULL" : "{" + written(value->mode) + "}";
 }
 
+// As the library does: 802.11 counters stay as they are.
+std::string written(radio_statistics* value) {
+    for (uint64_t radio = 0; radio < ORLO_RADIOS; radio++) {
+        value[radio].rx_packets = 10 + radio;
+        value[radio].rx_bytes = 20 + radio;
+        value[radio].tx_packets = 30 + radio;
+        value[radio].tx_bytes = 40 + radio;
+        value[radio].tx_errors = 50 + radio;
+        value[radio].rx_errors = 60 + radio;
+    }
+    return "statistics";
+}
+
+std::string written(vap_statistics* value) {
+    for (uint64_t i = 0; i < uint64_t{ORLO_RADIOS} * ORLO_VAPS_PER_RADIO; i++) {
+        value[i] = {100 + i, 200 + i, 300 + i, 400 + i, 500 + i, 600 + i};
+    }
+    value[1].rx_bytes = UINT64_MAX;
+    return "statistics";
+}
+
 // Consumes the lists of key holders, as the library does.
 std::string written(vap_settings* value) {
     std::string vaps;
@@ -90,9 +117,20 @@ std::string written(vap_settings* value) {
     return value == nullptr ? "NULL" : "{" + vaps + " }";
 }
 
+// The list of stations is the file that DOUBLE_STATIONS names.
+void write_stations() {
+    std::ifstream stations(named_stations(), std::ios::binary);
+    if (stations.is_open()) {
+        std::ofstream("/tmp/assoc_client_detail", std::ios::binary) << stations.rdbuf();
+    }
+}
+
 template <class R>
 R answer(const char* name) {
     const bool failed = fails(name);
+    if (!failed && strcmp(name, "api_generate_assoc_client_file") == 0) {
+        write_stations();
+    }
     if (failed) {
         orlo_agent_debug_log(5, 5, name, 1, "Entering...\n");
         orlo_agent_debug_log(5, 5, name, 2, "info: looking at it\n");

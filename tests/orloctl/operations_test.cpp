@@ -155,4 +155,7 @@ TEST(Operations, arguments_that_are_filled_in_or_ignored_take_no_word) {
     EXPECT_EQ(read_arguments(find_operation("api_get_neighbors"), {}, true).size(), 2U);
     EXPECT_EQ(read_arguments(find_operation("api_get_PowerPercent"), {"1", "20"}, true).size(), 3U);
     EXPECT_EQ(read_arguments(find_operation("api_reserved_13"), {}, true).size(), 3U);
+    EXPECT_EQ(read_arguments(find_operation("api_get_vap_statistics"), {}, true).size(), 1U);
+    EXPECT_EQ(find_operation("api_get_radio_statistics").usage(), "api_get_radio_statistics");
+    EXPECT_FALSE(find_operation("api_get_radio_statistics").takes_unknown_record());
 }

@@ -14,6 +14,8 @@ TEST_F(Orloctl, help_is_there_for_everything_and_documents_the_exit_codes) {
                                                   {"call", "--help"},
                                                   {"apply", "--help"},
                                                   {"status", "--help"},
+                                                  {"clients", "--help"},
+                                                  {"counters", "--help"},
                                                   {"records", "--help"},
                                                   {"schema", "--help"},
                                                   {"--help", "status"}}) {
@@ -27,7 +29,7 @@ TEST_F(Orloctl, help_is_there_for_everything_and_documents_the_exit_codes) {
 
 TEST_F(Orloctl, no_line_of_any_help_is_wider_than_a_terminal) {
     for (const std::string command :
-         {"ops", "call", "apply", "status", "records", "schema", "--here"}) {
+         {"ops", "call", "apply", "status", "clients", "counters", "records", "schema", "--here"}) {
         std::istringstream lines(bare({command, "--help"}).out);
         for (std::string line; std::getline(lines, line);) {
             EXPECT_LE(line.size(), 80U) << line;
@@ -53,6 +55,10 @@ TEST_F(Orloctl, wrong_usage_ends_with_2_and_a_sentence) {
                                                   {"apply"},
                                                   {"apply", "a", "b"},
                                                   {"status", "1"},
+                                                  {"clients", "file"},
+                                                  {"counters", "1"},
+                                                  {"status", "--watch"},
+                                                  {"counters", "--file", "x"},
                                                   {"ops", "a", "b"},
                                                   {"ops", "no such thing"},
                                                   {"ops", "132"},
@@ -73,7 +79,10 @@ TEST_F(Orloctl, where_there_is_no_access_point_nothing_is_called) {
         GTEST_SKIP() << "this is an access point";
     }
     for (const std::vector<std::string>& words :
-         {std::vector<std::string>{"call", "api_get_channel", "1"}, {"status"}}) {
+         {std::vector<std::string>{"call", "api_get_channel", "1"},
+          {"status"},
+          {"clients"},
+          {"counters"}}) {
         const Ended ended = bare(words);
         EXPECT_EQ(ended.status, 2);
         EXPECT_EQ(ended.err,

@@ -66,6 +66,22 @@ std::string buffer_text(const TextBuffer& buffer) {
     return {buffer.begin(), std::find(buffer.begin(), buffer.end(), '\0')};
 }
 
+// Of anything but a record.
+std::string shown_value(const Argument& argument) {
+    if (const auto* buffer = std::get_if<TextBuffer>(&argument)) {
+        return buffer_text(*buffer);
+    }
+    if (const auto* numbers = std::get_if<Numbers>(&argument)) {
+        std::vector<std::string> shown;
+        for (const float number : *numbers) {
+            shown.push_back(std::isnan(number) ? "unset" : shown_number(number));
+        }
+        return joined(shown, " ");
+    }
+    const auto* word = std::get_if<uint16_t>(&argument);
+    return word == nullptr ? "" : std::to_string(*word);
+}
+
 } // namespace
 
 Argument read_argument(const Parameter& parameter, size_t position, const std::string& word) {
@@ -112,8 +128,12 @@ Argument read_record_argument(const Parameter& parameter, size_t position, const
     return Records{arena, first};
 }
 
-Argument empty_argument(Kind kind) {
-    switch (kind) {
+Argument empty_argument(const Parameter& parameter) {
+    if (parameter.filled != nullptr) {
+        const auto arena = std::make_shared<Arena>();
+        return Records{arena, take_untouched(*parameter.filled, *arena)};
+    }
+    switch (parameter.kind) {
     case Kind::text_out:
         return TextBuffer{};
     case Kind::numbers_out: {
@@ -133,22 +153,17 @@ Argument empty_argument(Kind kind) {
     return std::monostate();
 }
 
-std::string shown_argument(const Argument& argument) {
-    if (const auto* buffer = std::get_if<TextBuffer>(&argument)) {
-        return buffer_text(*buffer);
+std::string shown_argument(const Parameter& parameter, const Argument& argument) {
+    if (parameter.filled != nullptr) {
+        return "\n" + shown_entries(*parameter.filled, std::get<Records>(argument).first, 2);
     }
-    if (const auto* numbers = std::get_if<Numbers>(&argument)) {
-        std::vector<std::string> shown;
-        for (const float number : *numbers) {
-            shown.push_back(std::isnan(number) ? "unset" : shown_number(number));
-        }
-        return joined(shown, " ");
-    }
-    const auto* word = std::get_if<uint16_t>(&argument);
-    return word == nullptr ? "" : std::to_string(*word);
+    return " " + shown_value(argument) + "\n";
 }
 
-Json argument_json(const Argument& argument) {
+Json argument_json(const Parameter& parameter, const Argument& argument) {
+    if (parameter.filled != nullptr) {
+        return entries_json(*parameter.filled, std::get<Records>(argument).first);
+    }
     if (const auto* numbers = std::get_if<Numbers>(&argument)) {
         Json array = json_array_new();
         for (const float number : *numbers) {
@@ -157,7 +172,7 @@ Json argument_json(const Argument& argument) {
         return array;
     }
     const auto* word = std::get_if<uint16_t>(&argument);
-    return word == nullptr ? json_text(shown_argument(argument)) : json_int(*word);
+    return word == nullptr ? json_text(shown_value(argument)) : json_int(*word);
 }
 
 } // namespace orloctl

@@ -12,6 +12,7 @@
 #include <variant>
 
 #include "json.h"
+#include "records/filled.h"
 #include "records/memory.h"
 
 namespace orloctl {
@@ -31,10 +32,16 @@ struct Parameter {
     std::string type; // "const char *"
     std::string name;
     Kind kind;
-    const Form* form = nullptr; // of a record that is described
+    const Form* form = nullptr;           // of a record that is described
+    const FilledRecord* filled = nullptr; // of a record that the operation fills in
 
+    bool is_unknown_record() const {
+        return kind == Kind::record && form == nullptr && filled == nullptr;
+    }
     bool takes_word() const { return kind <= Kind::text || form != nullptr; }
-    bool is_filled_in() const { return kind >= Kind::text_out && kind <= Kind::word_out; }
+    bool is_filled_in() const {
+        return filled != nullptr || (kind >= Kind::text_out && kind <= Kind::word_out);
+    }
 };
 
 using Text = std::optional<std::string>;  // without a value: NULL
@@ -105,10 +112,10 @@ Argument read_record_argument(const Parameter& parameter, size_t position, const
                               Place place);
 
 // An argument that takes no word, ready for the operation to fill in.
-Argument empty_argument(Kind kind);
+Argument empty_argument(const Parameter& parameter);
 
-// What the operation filled in, for people and for programs.
-std::string shown_argument(const Argument& argument);
-Json argument_json(const Argument& argument);
+// What the operation filled in: a line, or lines, for people, and a value for programs.
+std::string shown_argument(const Parameter& parameter, const Argument& argument);
+Json argument_json(const Parameter& parameter, const Argument& argument);
 
 } // namespace orloctl

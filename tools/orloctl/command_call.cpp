@@ -16,7 +16,8 @@ std::string shown_call(const Operation& operation, const Reading& reading,
     std::string text = reading.shown + "\n";
     for (size_t i = 0; i < arguments.size(); i++) {
         if (operation.parameters[i].is_filled_in()) {
-            text += operation.parameters[i].name + ": " + shown_argument(arguments[i]) + "\n";
+            text += operation.parameters[i].name + ":" +
+                    shown_argument(operation.parameters[i], arguments[i]);
         }
     }
     return text;
@@ -27,7 +28,8 @@ Json call_json(const Operation& operation, const Result& result, const Reading& 
     Json outputs = json_object_new();
     for (size_t i = 0; i < arguments.size(); i++) {
         if (operation.parameters[i].is_filled_in()) {
-            set(outputs, operation.parameters[i].name.c_str(), argument_json(arguments[i]));
+            set(outputs, operation.parameters[i].name.c_str(),
+                argument_json(operation.parameters[i], arguments[i]));
         }
     }
     Json object = json_object_new();
@@ -91,7 +93,8 @@ std::string help() {
                      "@@x passes \"@x\"); \"--\" comes before a text that begins with \"-\". "
                      "A record is JSON, or @FILE with JSON, and is checked ('orloctl records' "
                      "lists what can be written so). "
-                     "What the operation fills in is printed behind its result; arguments that it "
+                     "What the operation fills in is printed behind its result, records as tables "
+                     "with \"unset\" for what it left alone; arguments that it "
                      "never reads take no word. Changes that it stages stay staged.") +
            "\nResults are shown by their meaning ('orloctl ops NAME' tells an operation's):\n" +
            meanings() +
@@ -102,6 +105,7 @@ std::string help() {
            "  orloctl call 81 1 -1\n"
            "  orloctl call api_apply_radio '{\"interface_name\": \"wlan1\", \"wmm\": true}'\n"
            "  orloctl call api_apply_vap 0 @vaps.json\n"
+           "  orloctl call api_get_radio_statistics\n"
            "\nOptions:\n" +
            option_help("call");
 }

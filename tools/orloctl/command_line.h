@@ -20,6 +20,9 @@ struct CommandLine {
     bool all = false;
     bool markdown = false;
     bool dry_run = false;
+    bool watch = false;
+    std::string file;  // "" when not named
+    std::string every; // seconds, unchecked; "" when not given
 };
 
 // Negative numbers are words, and so is everything behind "--". Throws a Refusal for an option that

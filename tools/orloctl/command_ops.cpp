@@ -47,6 +47,9 @@ std::string listing(const Selection& selection) {
 }
 
 std::string parameter_help(const Parameter& parameter) {
+    if (parameter.is_filled_in()) {
+        return "filled in, printed behind the result";
+    }
     switch (parameter.kind) {
     case Kind::integer:
         return "decimal or 0x";
@@ -54,16 +57,16 @@ std::string parameter_help(const Parameter& parameter) {
         return "";
     case Kind::text:
         return "@null passes NULL, @@x passes \"@x\"";
-    case Kind::text_out:
-    case Kind::numbers_out:
-    case Kind::word_out:
-        return "filled in, printed behind the result";
     case Kind::ignored:
         return "never read, takes no word";
     case Kind::record:
         return parameter.form == nullptr ? "a record that cannot be written in JSON yet"
                                          : std::string("JSON or @FILE, see 'orloctl records ") +
                                                parameter.form->record->name + "'";
+    case Kind::text_out:
+    case Kind::numbers_out:
+    case Kind::word_out:
+        break;
     }
     return "";
 }

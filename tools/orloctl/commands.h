@@ -21,6 +21,8 @@ extern const Command ops_command;
 extern const Command call_command;
 extern const Command apply_command;
 extern const Command status_command;
+extern const Command clients_command;
+extern const Command counters_command;
 extern const Command records_command;
 extern const Command schema_command;
 

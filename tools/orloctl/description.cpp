@@ -14,8 +14,6 @@ namespace orloctl {
 
 namespace {
 
-constexpr size_t largest_file = 1 << 20;
-
 // Standard input stays open: device tools inherit it.
 struct InputFile {
     explicit InputFile(const std::string& path)
@@ -33,7 +31,8 @@ struct InputFile {
 
 } // namespace
 
-std::string read_file(const std::string& path) {
+std::string read_file(const std::string& path, const FileKind& kind) {
+    const size_t largest = kind.megabytes << 20;
     const bool standard_input = path == "-";
     const std::string source = standard_input ? "standard input" : path;
     const InputFile file(path);
@@ -43,14 +42,15 @@ std::string read_file(const std::string& path) {
     std::string text;
     char part[4096];
     ssize_t count = 0;
-    while ((count = read(file.descriptor, part, sizeof part)) > 0 && text.size() <= largest_file) {
+    while ((count = read(file.descriptor, part, sizeof part)) > 0 && text.size() <= largest) {
         text.append(part, static_cast<size_t>(count));
     }
     if (count < 0) {
         throw Refusal("cannot read " + source + ": " + strerror(errno));
     }
-    if (text.size() > largest_file) {
-        throw Refusal(source + " is larger than a description can be (1 MB)");
+    if (text.size() > largest) {
+        throw Refusal(source + " is larger than " + kind.name + " can be (" +
+                      std::to_string(kind.megabytes) + " MB)");
     }
     return text;
 }

@@ -60,8 +60,15 @@ private:
     AccessPointDescription* root_;
 };
 
+// What read_file() reads, as it says when a file is larger.
+struct FileKind {
+    const char* name;
+    size_t megabytes;
+};
+constexpr FileKind description_file = {"a description", 1};
+
 // The text of a file, or of standard input for "-". Throws a Refusal when it cannot be read.
-std::string read_file(const std::string& path);
+std::string read_file(const std::string& path, const FileKind& kind = description_file);
 
 // Throws a Refusal that tells the place; `source` names the text in it.
 Json parse_json(const std::string& text, const std::string& source);

@@ -1,4 +1,4 @@
-// How orloctl ends, and the one exception that its parts throw to end it.
+// How orloctl ends, and the exceptions that its parts throw to end it.
 #pragma once
 
 #include <stdexcept>
@@ -13,6 +13,11 @@ enum Exit {
 
 // Nothing was called, or nothing more will be: the sentence says why and what to do next.
 struct Refusal : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// An operation was called and did not do what was asked of it.
+struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 

@@ -58,6 +58,11 @@ Json json_int(long long value) {
     return owned(json_integer(value));
 }
 
+Json json_count(uint64_t value) {
+    return value <= INT64_MAX ? json_int(static_cast<long long>(value))
+                              : owned(json_real(static_cast<double>(value)));
+}
+
 Json json_number(float value) {
     // Through its shown form: 20.1f is 20.1 to a reader, not 20.100000381.
     return std::isfinite(value) ? owned(json_real(std::stod(shown_number(value))))
@@ -95,6 +100,10 @@ void append(const Json& array, Json value) {
 
 std::string json_document(const Json& value) {
     return dumped(value.get(), JSON_INDENT(2)) + "\n";
+}
+
+std::string json_line(const Json& value) {
+    return dumped(value.get(), JSON_COMPACT) + "\n";
 }
 
 std::string json_excerpt(const json_t* value) {

@@ -13,8 +13,9 @@ namespace {
 
 using namespace orloctl;
 
-const Command* const commands[] = {&ops_command,    &call_command,    &apply_command,
-                                   &status_command, &records_command, &schema_command};
+const Command* const commands[] = {&ops_command,     &call_command,    &apply_command,
+                                   &status_command,  &clients_command, &counters_command,
+                                   &records_command, &schema_command};
 
 const char* const exit_codes = "Exit codes:\n"
                                "  0  done\n"
@@ -84,7 +85,7 @@ Exit checked(Exit result, const Output& output) {
 }
 
 // A sentence with the program's name; of several, each has its own line.
-void print_refusal(const char* message) {
+void print_error(const char* message) {
     for (const char* line = message; line != nullptr;) {
         const char* end = strchr(line, '\n');
         fprintf(stderr, "orloctl: %.*s\n",
@@ -103,10 +104,10 @@ int main(int argc, char** argv) {
         const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
         return checked(run(read_command_line(arguments), output), output);
     } catch (const Refusal& refusal) {
-        print_refusal(refusal.what());
+        print_error(refusal.what());
         return exit_refused;
     } catch (const std::exception& error) {
-        fprintf(stderr, "orloctl: %s\n", error.what());
+        print_error(error.what());
         return exit_failed;
     }
 }

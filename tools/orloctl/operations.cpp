@@ -80,8 +80,12 @@ std::vector<Parameter> named_parameters(const Listed& entry) {
         const size_t name = declaration.find_last_of("* ") + 1;
         std::string type = declaration.substr(0, name);
         type.erase(type.find_last_not_of(' ') + 1);
-        const Form* form = kind == Kind::record ? record_argument(entry.name) : nullptr;
-        parameters.push_back({type, declaration.substr(name), kind, form});
+        Parameter parameter = {type, declaration.substr(name), kind};
+        if (kind == Kind::record) {
+            parameter.form = record_argument(entry.name);
+            parameter.filled = filled_record(entry.name);
+        }
+        parameters.push_back(parameter);
         start = list.find_first_not_of(' ', end + 1);
     }
     return parameters;
@@ -138,9 +142,8 @@ std::string proposal(const std::string& name) {
 } // namespace
 
 bool Operation::takes_unknown_record() const {
-    return std::any_of(parameters.begin(), parameters.end(), [](const Parameter& parameter) {
-        return parameter.kind == Kind::record && parameter.form == nullptr;
-    });
+    return std::any_of(parameters.begin(), parameters.end(),
+                       [](const Parameter& parameter) { return parameter.is_unknown_record(); });
 }
 
 std::string Operation::usage() const {
@@ -184,7 +187,7 @@ std::vector<Argument> read_arguments(const Operation& operation,
                                      const std::vector<std::string>& words, bool checked) {
     size_t wanted = 0;
     for (const Parameter& parameter : operation.parameters) {
-        if (parameter.kind == Kind::record && parameter.form == nullptr) {
+        if (parameter.is_unknown_record()) {
             const std::string type = parameter.type.substr(parameter.type.find("struct"));
             throw Refusal(operation.name + " takes a record (" + type.substr(0, type.find(" *")) +
                           ") that cannot be written in JSON yet ('orloctl records' lists those "
@@ -204,7 +207,7 @@ std::vector<Argument> read_arguments(const Operation& operation,
     place.checked = checked;
     for (const Parameter& parameter : operation.parameters) {
         if (!parameter.takes_word()) {
-            arguments.push_back(empty_argument(parameter.kind));
+            arguments.push_back(empty_argument(parameter));
             continue;
         }
         const std::string& word = words[next++];

@@ -20,6 +20,10 @@ Output::~Output() {
     }
 }
 
+bool Output::is_terminal() const {
+    return descriptor_ >= 0 && isatty(descriptor_) == 1;
+}
+
 void Output::print(const std::string& text) {
     size_t written = 0;
     while (written < text.size() && error_ == 0) {

@@ -19,6 +19,9 @@ public:
 
     void print(const std::string& text);
 
+    // Whether a person reads it as it comes.
+    bool is_terminal() const;
+
     // The error number of the first write that failed, 0 when all is written. What is printed after
     // a failed write is dropped: a reader that went away does not stop operations half-way.
     int error() const { return error_; }
