@@ -80,7 +80,7 @@ make_wireless_interfaces() {
 
 rm -rf "$new" "$old"
 mkdir -p "$new"
-for folder in bin sbin usr/bin usr/sbin usr/lib lib lib64 etc var/lib/modules var/log var/run flash dev mnt proc \
+for folder in bin sbin usr/bin usr/sbin usr/lib lib lib64 etc var/lib/modules var/log var/run flash/crash dev mnt proc \
     www tmp root sys; do
     mkdir -p "$new/$folder"
 done

@@ -147,6 +147,7 @@ struct ORLOClientInfoList* get_all_associated_clients_info(void);
 
 /* ---- Also in the table. ---- */
 
+void api_mark_config_apply_flag(void);                /* slot 114 */
 int api_show_mem_usage(const char* tag);              /* slot 115 */
 struct json_t* create_ml_status_report(void* unused); /* slot 123 */
 struct json_t* create_ml_statistics_report(void);     /* slot 124 */

@@ -2,7 +2,10 @@
 // for the network, and pin radios on "auto" to the channel they use.
 #include "radio/save.h"
 
+#include "common/command.h"
+#include "common/file.h"
 #include "common/identity.h"
+#include "common/markers.h"
 #include "ops/operations.h"
 #include "radio/vlan_script.h"
 #include "uci/option.h"
@@ -12,7 +15,9 @@
 #include <cstdlib>
 #include <unistd.h>
 
+using orlo::exists;
 using orlo::is_changed;
+using orlo::network_restart_marker;
 using orlo::OptionValue;
 using orlo::pending_services;
 using orlo::PendingService;
@@ -26,25 +31,12 @@ namespace {
 constexpr const char* save_config = "api_save_config";
 
 const char* const apply_script = "/usr/bin/orloagent_apply_settings.sh";
-const char* const restart_marker = "/tmp/orlo_network_restarting"; // the script removes it
-const char* const web_block_marker = "/tmp/radio_setting";
-
-bool exists(const char* path) {
-    return access(path, F_OK) == 0;
-}
-
-void create(const char* path) {
-    FILE* file = fopen(path, "w");
-    if (file != nullptr) {
-        fclose(file);
-    }
-}
 
 // There is no time-out: only the script knows when the network is back.
 void wait_for_restart() {
     constexpr int patience = 150;
     int checks = 0;
-    while (exists(restart_marker)) {
+    while (exists(network_restart_marker)) {
         checks++;
         if (checks > patience) {
             orlo_agent_debug_log(7, 0, save_config, __LINE__,
@@ -58,16 +50,16 @@ void wait_for_restart() {
 int run_apply_script(const char* words) {
     const bool network = is_changed(service_network);
     if (network) {
-        create(restart_marker);
+        orlo::write_file(network_restart_marker, "");
     }
     LOG_TRACE_FOR(save_config, "info: Ready to call OrloAgent apply settings script\n");
     const Text<320> command("%s %s &", apply_script, words);
     if (system(command) < 0) {
-        unlink(web_block_marker);
+        unlink(orlo::web_block_marker);
         if (network) {
-            unlink(restart_marker);
+            unlink(network_restart_marker);
         }
-        LOG_TRACE_FOR(save_config, "Execute system call '%s' failed\n", command.c_str());
+        orlo::log_not_run(save_config, command);
         return -1;
     }
     if (network) {

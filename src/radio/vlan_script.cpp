@@ -1,24 +1,20 @@
 #include "radio/vlan_script.h"
 
+#include "common/command.h"
+#include "common/file.h"
 #include "common/log.h"
 #include "common/text.h"
-
-#include <cstdlib>
-#include <unistd.h>
 
 namespace orlo {
 
 void api_update_vap_vlan() {
     constexpr const char* script = "/usr/lib/lua/luci/chvlan.lua";
     LOG_TRACE("Entering...\n");
-    if (access(script, F_OK) != 0) {
+    if (!exists(script)) {
         LOG_TRACE("VLAN change script was not found\n");
         return;
     }
-    const Text<128> command("%s %s", "/usr/bin/lua", script);
-    if (system(command) < 0) {
-        LOG_TRACE("Execute system call '%s' failed\n", command.c_str());
-    }
+    run_logged(__func__, Text<128>("%s %s", "/usr/bin/lua", script));
 }
 
 } // namespace orlo

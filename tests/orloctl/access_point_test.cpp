@@ -310,3 +310,36 @@ TEST_F(ListingStations, a_list_that_the_library_did_not_renew_is_not_shown) {
     EXPECT_EQ(failed.out, "status 1\n");
     EXPECT_THAT(failed.err, HasSubstr("  error: api_generate_assoc_client_file does not like it."));
 }
+
+TEST_F(OnTheAccessPoint, system_shows_crash_log_and_upgrade_flag) {
+    const Ended quiet = there("orloctl system");
+    EXPECT_THAT(quiet.out, HasSubstr("agent state       0\n"
+                                     "crash log         no\n"
+                                     "upgrade flagged   no\n"));
+    const Ended ended = there("echo crashed >/flash/crash/exception.log; "
+                              "echo orlo_fwup_flag=1 >/var/run/device/nvram; orloctl system");
+    EXPECT_EQ(ended.status, 0) << ended.err;
+    EXPECT_THAT(ended.out, HasSubstr("crash log         yes\n"
+                                     "upgrade flagged   yes\n"));
+}
+
+TEST_F(OnTheAccessPoint, the_web_interface_is_blocked_until_it_is_released) {
+    const Ended ended = there("orloctl block; cat /tmp/radio_setting; echo; orloctl block; "
+                              "echo \"status $?\"; orloctl release; orloctl release; "
+                              "echo \"status $?\"; ls /tmp/radio_setting");
+    EXPECT_EQ(ended.out, "the web interface is blocked until 'orloctl release'\n"
+                         "all\n"
+                         "not blocked: the web interface is busy, or is blocked already\n"
+                         "status 1\n"
+                         "the web interface is free again\n"
+                         "not released: the web interface is not blocked\n"
+                         "status 1\n");
+    EXPECT_THAT(ended.err, StartsWith("api_is_config_applying_check: info: Network/Web UI process "
+                                      "was not finished yet!\n"));
+}
+
+TEST_F(OnTheAccessPoint, vaps_that_are_up_are_not_waited_for) {
+    const Ended ended = there("orloctl wait-vaps");
+    EXPECT_EQ(ended.status, 0) << ended.err;
+    EXPECT_EQ(ended.out, "every configured VAP is up\n");
+}

@@ -145,6 +145,8 @@ TEST_F(Save, AScriptThatCannotBeStartedTakesTheMarkersAway) {
               own_ + "Execute system call '" + script + " network-5 &' failed");
     EXPECT_FALSE(exists(marker));
     EXPECT_FALSE(exists(web_block));
+    EXPECT_THAT(door.trace({"unlink"}),
+                ElementsAre(std::string("unlink ") + web_block, std::string("unlink ") + marker));
     EXPECT_THAT(door.trace({"sleep"}), IsEmpty());
     door.forget();
     EXPECT_EQ(ops.api_save_config(), 0) << "the mark has stayed";

@@ -73,7 +73,9 @@ std::string line_of(const std::string& package, const uci_delta& change) {
 
 } // namespace
 
-AccessPoint::AccessPoint() : ops(operations()), door(Door::instance()) {}
+AccessPoint::AccessPoint() : ops(operations()), door(Door::instance()) {
+    door.open();
+}
 
 void AccessPoint::configure(const std::string& option, const std::string& value) {
     const Store store;

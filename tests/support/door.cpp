@@ -1,6 +1,10 @@
 #include "support/door.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace orlo::test {
@@ -27,6 +31,45 @@ bool Door::should_fail(Call call) {
 
 bool Door::expects_failure(Call call) const {
     return calls_left_[static_cast<int>(call)] > 0 || always_fails_[static_cast<int>(call)];
+}
+
+void Door::record(const std::string& line) {
+    lines_.push_back(line);
+    if (to_parent_ >= 0) {
+        dprintf(to_parent_, "%s\n", line.c_str());
+    }
+}
+
+pid_t Door::fork_with(pid_t (*real_fork)()) {
+    int ends[2] = {-1, -1};
+    if (pipe2(ends, O_CLOEXEC) != 0) {
+        return -1;
+    }
+    record("fork");
+    child_ = real_fork();
+    if (child_ == 0) {
+        to_parent_ = ends[1];
+        return 0;
+    }
+    close(ends[1]);
+    from_child_ = ends[0];
+    return child_;
+}
+
+Child Door::child() {
+    Child child;
+    int status = 0;
+    if (waitpid(child_, &status, 0) != child_) {
+        return child; // it has been waited for already
+    }
+    child.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    FILE* lines = fdopen(from_child_, "r");
+    char line[4096];
+    while (fgets(line, sizeof line, lines) != nullptr) {
+        child.trace.emplace_back(line, strcspn(line, "\n"));
+    }
+    fclose(lines);
+    return child;
 }
 
 void Door::listed_packages() {

@@ -1,10 +1,13 @@
 // The door: every way in which the library reaches out of itself, watched and made to fail on
 // demand. The test program defines the functions that the library calls (log, store, shell, files,
-// sleep); calls from elsewhere in the process pass through unseen.
+// sleep, processes); calls from elsewhere in the process pass through unseen. A caller is known by its
+// return address: a call that ends a function of the library, with nothing to do behind it, is taken
+// for its caller's.
 #pragma once
 
 #include <functional>
 #include <string>
+#include <sys/types.h>
 #include <utility>
 #include <vector>
 
@@ -20,6 +23,8 @@ namespace orlo::test {
 //     read ifconfig | grep ...
 //     send 137 bytes to 127.0.0.1:36000
 //     sleep 3
+//     unlink /tmp/radio_setting
+//     fork                                               see Door::child()
 //
 // What failed ends in " (failed)".
 using Trace = std::vector<std::string>;
@@ -27,6 +32,7 @@ using Trace = std::vector<std::string>;
 enum class Call {
     access,
     fopen,
+    fork,
     popen,
     realloc, // not under a sanitizer, which has an allocator of its own
     sendto,
@@ -42,12 +48,24 @@ enum class Call {
     uci_revert,
     uci_save,
     uci_set,
+    unlink,
     count
+};
+
+// What a child of the library did on its side of a fork, and the exit status that it ended with: -1
+// when a signal ended it.
+struct Child {
+    Trace trace;
+    int status = -1;
 };
 
 class Door {
 public:
     static Door& instance();
+
+    // From now on calls are watched: what came before was the way into the access point.
+    void open() { open_ = true; }
+    bool is_open() const { return open_; }
 
     // Makes the n-th call from now fail as the real one would; 1 is the next.
     void fail(Call call, int n = 1);
@@ -63,6 +81,9 @@ public:
     // Lets the library's next fopen open another file.
     void redirect(const std::string& path) { redirection_ = path; }
 
+    // Waits for the end of the child that the library forked last, which only the agent ever does.
+    Child child();
+
     // Called at each sleep of the library, with the number of sleeps so far. The library never
     // really sleeps here.
     std::function<void(int)> on_sleep;
@@ -77,7 +98,8 @@ public:
     bool should_fail(Call call);
     bool expects_failure(Call call) const;
     std::string take_redirection() { return std::exchange(redirection_, std::string()); }
-    void record(const std::string& line) { lines_.push_back(line); }
+    void record(const std::string& line);
+    pid_t fork_with(pid_t (*real_fork)());
     void listed_packages();
     void on_package(const char* verb, const std::string& package, bool failed);
     void released_context() { all_packages_ = false; }
@@ -87,11 +109,15 @@ private:
     static constexpr int call_count = static_cast<int>(Call::count);
 
     Trace lines_;
+    bool open_ = false;
     std::string redirection_;
     bool all_packages_ = false;       // the context in use has listed all packages
     int calls_left_[call_count] = {}; // up to the one that fails; 0: none will
     bool always_fails_[call_count] = {};
     int sleeps_ = 0;
+    pid_t child_ = -1;
+    int from_child_ = -1; // the parent's end of the pipe that the child's lines come through
+    int to_parent_ = -1;  // the child's end
 };
 
 } // namespace orlo::test

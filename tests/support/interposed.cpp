@@ -22,6 +22,10 @@ using orlo::test::Door;
 
 namespace {
 
+Door& door() {
+    return Door::instance();
+}
+
 // The function that would have been called without the door.
 template <class Function>
 Function* real(const char* name, Function* /*like*/) {
@@ -39,11 +43,7 @@ bool is_library(const void* code) {
     Dl_info caller;
     return dladdr(code, &caller) != 0 && caller.dli_fbase == library;
 }
-#define CALLED_BY_LIBRARY is_library(__builtin_return_address(0))
-
-Door& door() {
-    return Door::instance();
-}
+#define CALLED_BY_LIBRARY (door().is_open() && is_library(__builtin_return_address(0)))
 
 std::string path_of(const uci_ptr& found) {
     std::string path = found.package == nullptr ? "" : found.package;
@@ -174,6 +174,31 @@ int access(const char* path, int mode) {
         return -1;
     }
     return REAL(access)(path, mode);
+}
+
+int unlink(const char* path) {
+    if (!CALLED_BY_LIBRARY) {
+        return REAL(unlink)(path);
+    }
+    const bool fails = door().should_fail(Call::unlink);
+    door().record(std::string("unlink ") + path + (fails ? " (failed)" : ""));
+    if (fails) {
+        errno = EACCES;
+        return -1;
+    }
+    return REAL(unlink)(path);
+}
+
+pid_t fork() {
+    if (!CALLED_BY_LIBRARY) {
+        return REAL(fork)();
+    }
+    if (door().should_fail(Call::fork)) {
+        door().record("fork (failed)");
+        errno = EAGAIN;
+        return -1;
+    }
+    return door().fork_with(REAL(fork));
 }
 
 int socket(int domain, int type, int protocol) {

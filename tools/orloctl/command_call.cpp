@@ -1,6 +1,4 @@
 // orloctl call: one operation, its arguments from the command line.
-#include <cstdio>
-
 #include "commands.h"
 #include "library.h"
 #include "log_capture.h"
@@ -44,13 +42,6 @@ Json call_json(const Operation& operation, const Result& result, const Reading& 
     return object;
 }
 
-void report_reason(const Operation& operation) {
-    const std::vector<std::string> lines = last_log_lines();
-    if (!lines.empty()) {
-        fprintf(stderr, "%s: %s\n", operation.name.c_str(), joined(lines, "\n  ").c_str());
-    }
-}
-
 Exit run(const CommandLine& line, Output& output) {
     if (line.words.empty()) {
         throw Refusal("'orloctl call' needs an operation: orloctl call OP ARG... ('orloctl ops' "
@@ -72,8 +63,8 @@ Exit run(const CommandLine& line, Output& output) {
     if (!reading.failed) {
         return exit_done;
     }
-    if (!line.json && !line.verbose) {
-        report_reason(operation);
+    if (!line.json) {
+        print_reason(operation.name);
     }
     return exit_failed;
 }

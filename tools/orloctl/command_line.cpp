@@ -168,6 +168,13 @@ CommandLine read_command_line(const std::vector<std::string>& arguments) {
     return Reader(arguments).read();
 }
 
+void take_no_words(const CommandLine& line) {
+    if (!line.words.empty()) {
+        throw Refusal("'orloctl " + line.command + "' takes no argument, '" + line.words[0] +
+                      "' given");
+    }
+}
+
 std::string option_help(const std::string& command) {
     Table table;
     for (const Option& option : options) {

@@ -29,6 +29,9 @@ struct CommandLine {
 // is unknown or not the command's.
 CommandLine read_command_line(const std::vector<std::string>& arguments);
 
+// Throws a Refusal when there are words behind a command that takes none.
+void take_no_words(const CommandLine& line);
+
 // The options of a command ("" for those that all commands take), as lines of its help.
 std::string option_help(const std::string& command);
 

@@ -1,6 +1,5 @@
 // orloctl status: both radios, their VAPs, the hashes and the profile id, at a glance.
 #include <cstdlib>
-#include <memory>
 #include <optional>
 
 #include "commands.h"
@@ -8,6 +7,7 @@
 #include "log_capture.h"
 #include "result.h"
 #include "text.h"
+#include "value.h"
 
 namespace orloctl {
 
@@ -15,22 +15,12 @@ namespace {
 
 constexpr int radio_count = ORLO_RADIOS;
 
-// One value for people and for programs.
-struct Value {
-    std::string shown;
-    Json json;
-};
-
 Value unknown() {
-    return {"unknown", json_null_new()};
+    return no_value("unknown");
 }
 
 Value number(int value) {
     return value < 0 ? unknown() : Value{std::to_string(value), json_int(value)};
-}
-
-Value yes_or_no(bool value) {
-    return {value ? "yes" : "no", json_bool(value)};
 }
 
 // The access point as the library's operations report it.
@@ -109,12 +99,12 @@ private:
     }
 
     static Value text(const std::optional<std::string>& value) {
-        return value ? Value{printable(*value), json_text(*value)} : unknown();
+        return value ? text_value(*value) : unknown();
     }
 
     static Value hash(char* answer) {
-        const std::unique_ptr<char, decltype(&free)> text(answer, &free);
-        return text == nullptr ? unknown() : Value{text.get(), json_text(text.get())};
+        const std::optional<std::string> text = taken(answer);
+        return text ? Value{*text, json_text(*text)} : unknown();
     }
 
     const Library& library_;
@@ -267,9 +257,7 @@ Json status_json(const Device& device, bool all) {
 }
 
 Exit run(const CommandLine& line, Output& output) {
-    if (!line.words.empty()) {
-        throw Refusal("'orloctl status' takes no argument, '" + line.words[0] + "' given");
-    }
+    take_no_words(line);
     const Library library = open_library(line);
     const Device device(library);
     output.print(line.json ? json_document(status_json(device, line.all))

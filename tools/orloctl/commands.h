@@ -25,5 +25,9 @@ extern const Command clients_command;
 extern const Command counters_command;
 extern const Command records_command;
 extern const Command schema_command;
+extern const Command system_command;
+extern const Command block_command;
+extern const Command release_command;
+extern const Command wait_vaps_command;
 
 } // namespace orloctl

@@ -5,6 +5,7 @@
 #include <deque>
 
 #include "orlo/debug.h"
+#include "text.h"
 
 namespace orloctl {
 
@@ -31,7 +32,7 @@ std::string trimmed(const std::string& message) {
 }
 
 void keep(const std::string& message) {
-    if (message.empty() || begins_with(message, "Entering")) {
+    if (message.empty() || begins_with(message, "Enter")) {
         return;
     }
     capture.lines.push_back(message);
@@ -56,6 +57,13 @@ void start_call_log() {
 
 std::vector<std::string> last_log_lines() {
     return {capture.lines.begin(), capture.lines.end()};
+}
+
+void print_reason(const std::string& operation) {
+    const std::vector<std::string> lines = last_log_lines();
+    if (!capture.print_all && !lines.empty()) {
+        fprintf(stderr, "%s: %s\n", operation.c_str(), joined(lines, "\n  ").c_str());
+    }
 }
 
 } // namespace orloctl

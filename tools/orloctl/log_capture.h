@@ -26,4 +26,7 @@ void start_call_log();
 // The last words of the current call, oldest first: its trace of entered functions left out.
 std::vector<std::string> last_log_lines();
 
+// Prints them to standard error as the operation's reason, unless every line has been printed.
+void print_reason(const std::string& operation);
+
 } // namespace orloctl

@@ -13,9 +13,15 @@ namespace {
 
 using namespace orloctl;
 
-const Command* const commands[] = {&ops_command,     &call_command,    &apply_command,
-                                   &status_command,  &clients_command, &counters_command,
-                                   &records_command, &schema_command};
+// clang-format off
+const Command* const commands[] = {
+    &ops_command, &call_command,
+    &apply_command, &status_command, &system_command,
+    &clients_command, &counters_command,
+    &block_command, &release_command, &wait_vaps_command,
+    &records_command, &schema_command,
+};
+// clang-format on
 
 const char* const exit_codes = "Exit codes:\n"
                                "  0  done\n"

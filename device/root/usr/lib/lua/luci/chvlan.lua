@@ -1,4 +1,3 @@
 -- Stand-in of the script that moves VAPs to their VLANs: records that it ran.
-local journal = assert(io.open("/var/log/journal", "a"))
-journal:write("chvlan.lua\n")
-journal:close()
+dofile("/usr/lib/device/stand-in.lua")
+record()

@@ -1,0 +1,8 @@
+#!/bin/sh
+# Stand-in of the script that reboots the access point.
+# shellcheck source=../lib/device/stand-in.sh
+. /usr/lib/device/stand-in.sh
+record "$@"
+
+sync
+reboot
