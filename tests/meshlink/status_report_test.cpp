@@ -297,6 +297,8 @@ TEST_F(MeshStatus, PathTakesWhateverTheScriptPrints) {
     EXPECT_THAT(status_report(),
                 HasSubstr(R"("path":["x","yyyyyyyyyyyyyyyyy","04:00:00:00:00:60"])"))
         << "an endless line is one hop";
+    EXPECT_THAT(door.trace(),
+                testing::Contains("log 8/4 get_ml_path: res: " + std::string(31, 'Y')));
     answer_path("04:00:00:00:00:60 \xff\xfe\n");
     EXPECT_THAT(status_report(), HasSubstr(R"("path":["04:00:00:00:00:60"])"))
         << "what is no text is left out";
@@ -323,6 +325,8 @@ TEST_F(MeshStatus, ChildrenAreNamedByTheirDevice) {
     answer_list_sta(std::string(1000, '7') + "\n06:11:22:33:44:57");
     json_t* report = ops.create_ml_status_report(nullptr);
     EXPECT_EQ(json_array_size(json_object_get(report, "children")), 2U);
+    EXPECT_THAT(door.trace(),
+                testing::Contains("log 8/4 get_ml_children: res: " + std::string(31, '7')));
     json_decref(report);
 }
 
