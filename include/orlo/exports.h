@@ -161,6 +161,8 @@ int get_cqscan_assoc_clients(int radio, int vap, struct json_t* object);
 void api_mark_config_apply_flag(void);                   /* slot 114 */
 int api_show_mem_usage(const char* tag);                 /* slot 115 */
 int api_get_CQ_status(int check_hash, const char* path); /* slot 119 */
+struct json_t* create_ml_status_report(void* unused);    /* slot 123 */
+struct json_t* create_ml_statistics_report(void);        /* slot 124 */
 
 #pragma GCC visibility pop
 

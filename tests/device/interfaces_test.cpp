@@ -55,7 +55,7 @@ TEST(Interfaces, none_is_shown_and_no_error_when_all_are_down) {
 }
 
 TEST(Interfaces, all_of_them_are_shown_on_request) {
-    EXPECT_EQ(shell("ifconfig -a | grep -c 'Link encap:'").out, "37\n");
+    EXPECT_EQ(shell("ifconfig -a | grep -c 'Link encap:'").out, "38\n");
     EXPECT_EQ(shell("ifconfig | grep -c 'Link encap:'").out, "7\n");
 }
 

@@ -131,7 +131,9 @@ constexpr Refusal refusals[] = {
     {"channel_by_name", "iwconfig wdev0 channel auto", "iwconfig: \"auto\" is no channel"},
     {"unknown_iwconfig_word", "iwconfig wdev0 essid x", "iwconfig: unknown command \"essid\""},
     {"unknown_iwinfo_word", "iwinfo wdev0 scan", "iwinfo: unknown command \"scan\""},
-    {"no_iwinfo_word", "iwinfo wdev0", "iwinfo: usage: iwinfo INTERFACE freqlist"},
+    {"no_iwinfo_word", "iwinfo wdev0", "iwinfo: usage: iwinfo INTERFACE freqlist|assoclist"},
+    {"stations_of_no_interface", "iwinfo mesh1 assoclist",
+     "iwinfo: No such wireless device: mesh1"},
     {"unknown_iwinfo_interface", "iwinfo eth0 freqlist", "iwinfo: eth0: no such device"},
     {"wired_interface", "iwconfig eth0 commit", "iwconfig: eth0: no such device"},
 };

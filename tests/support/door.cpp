@@ -29,6 +29,10 @@ bool Door::should_fail(Call call) {
     return reached || always_fails_[static_cast<int>(call)];
 }
 
+bool Door::expects_failure(Call call) const {
+    return calls_left_[static_cast<int>(call)] > 0 || always_fails_[static_cast<int>(call)];
+}
+
 void Door::record(const std::string& line) {
     lines_.push_back(line);
     if (to_parent_ >= 0) {

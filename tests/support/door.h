@@ -34,6 +34,7 @@ enum class Call {
     fopen,
     fork,
     popen,
+    realloc, // not under a sanitizer, which has an allocator of its own
     sendto,
     socket,
     system,
@@ -94,8 +95,12 @@ public:
     // Whether the agent keeps debug lines.
     bool debug_enabled = true;
 
+    // The time that the library sees, in seconds since 1970; 0: the real one.
+    long now = 0;
+
     // For the functions behind the door.
     bool should_fail(Call call);
+    bool expects_failure(Call call) const;
     std::string take_redirection() { return std::exchange(redirection_, std::string()); }
     void record(const std::string& line);
     pid_t fork_with(pid_t (*real_fork)());

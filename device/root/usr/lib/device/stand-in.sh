@@ -74,6 +74,33 @@ radio_of() {
     esac
 }
 
+# driver_name INTERFACE: sets $driver_name to the interface at the driver. hostapd and iwinfo also know
+# the first eight VAPs of a radio by an older name: ath0, ath01 ... for wdev0ap0, wdev0ap1 ...
+driver_name() {
+    case $1 in
+    ath[01]) driver_name=wdev${1#ath}ap0 ;;
+    ath[01][1-7])
+        driver_name=${1#ath}
+        driver_name=wdev${driver_name%?}ap${driver_name#?}
+        ;;
+    *) driver_name=$1 ;;
+    esac
+}
+
+# show_stations INTERFACE FORMAT: prints the stations of an interface by an awk program in which
+# word["rx-bytes"] and its like are what the station's line in stations/ says.
+show_stations() {
+    [ -e "$state/stations/$1" ] || return 0
+    awk '{
+            split("", word)
+            for (i = 2; i <= NF; i++) {
+                split($i, pair, "=")
+                word[pair[1]] = pair[2]
+            }
+        }
+        '"$2" "$state/stations/$1"
+}
+
 # set_interfaces NAME STATE...: changes the states (up or down) of interfaces, all at one moment.
 set_interfaces() {
     changes=" $* "
