@@ -117,8 +117,8 @@ int mwl_get_bssid(const char* ifname, unsigned char* bssid);
 /* ---- Associated clients. ---- */
 
 /*
- * The stations of each VAP, at radio * 16 + vap, as prepare_assoc_client_list() last found them; NULL
- * for a VAP without any. The library's: read only.
+ * The stations of each VAP, at radio * 16 + vap, as prepare_assoc_client_list() last found them;
+ * NULL for a VAP without any. The library's: read only.
  */
 extern struct assoc_client_node* assoc_client_list[32];
 
