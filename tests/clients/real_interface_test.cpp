@@ -25,18 +25,22 @@ protected:
         socket_ = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
         ASSERT_GE(socket_, 0);
         ASSERT_TRUE(switch_interface("lo", false));
-        ifreq request{};
-        strcpy(request.ifr_name, "lo");
-        strcpy(request.ifr_newname, "eth1");
+        ifreq request = request_for("lo");
+        memcpy(request.ifr_newname, "eth1", sizeof "eth1");
         ASSERT_EQ(ioctl(socket_, SIOCSIFNAME, &request), 0) << strerror(errno);
         ASSERT_TRUE(switch_interface("eth1", true));
     }
 
     void TearDown() override { close(socket_); }
 
-    bool switch_interface(const char* name, bool up) const {
+    static ifreq request_for(const std::string& name) {
         ifreq request{};
-        strcpy(request.ifr_name, name);
+        name.copy(request.ifr_name, sizeof request.ifr_name - 1);
+        return request;
+    }
+
+    bool switch_interface(const char* name, bool up) const {
+        ifreq request = request_for(name);
         if (ioctl(socket_, SIOCGIFFLAGS, &request) != 0) {
             return false;
         }

@@ -100,7 +100,7 @@ TEST_F(Orloctl, clients_come_from_standard_input_once) {
 
 TEST_F(Orloctl, a_watched_file_of_clients_is_read_each_time) {
     const TemporaryFile file(stranger().bytes());
-    const std::string name = file.path();
+    const std::string& name = file.path();
     const std::string watch =
         std::string("'") + ORLOCTL + "' clients --watch --every 0 --file " + name + " --json";
     // the second line is asked for when the file has changed
