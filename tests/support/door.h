@@ -1,8 +1,8 @@
 // The door: every way in which the library reaches out of itself, watched and made to fail on
 // demand. The test program defines the functions that the library calls (log, store, shell, files,
-// sleep, processes); calls from elsewhere in the process pass through unseen. A caller is known by its
-// return address: a call that ends a function of the library, with nothing to do behind it, is taken
-// for its caller's.
+// sleep, processes); calls from elsewhere in the process pass through unseen. A caller is known by
+// its return address: a call that ends a function of the library, with nothing to do behind it, is
+// taken for its caller's.
 #pragma once
 
 #include <functional>
