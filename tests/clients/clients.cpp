@@ -15,6 +15,7 @@ Clients::Clients() {
         }
         closedir(folder);
     }
+    door.forget(); // where the library's objects are linked directly, that was seen
 }
 
 int Clients::prepare() {
