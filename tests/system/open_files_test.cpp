@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <functional>
+#include <iterator>
 
 namespace orlo::test {
 
@@ -32,6 +33,8 @@ TEST_F(OpenFiles, AreClosed) {
     const std::function<void()> calls[] = {
         [this] { free(ops.api_get_fw_version("version")); },
         [this] { free(ops.api_get_system_information("base-mac")); },
+        [this] { ops.api_get_management_ip(nullptr); },
+        [this] { ops.api_get_2ndchannel(0); },
         [this] { ops.api_get_country_configurable(); },
         [this] { ops.api_set_country_configurable(1); },
         [this] { ops.api_apply_timezone("Europe/Vienna"); },
@@ -43,7 +46,8 @@ TEST_F(OpenFiles, AreClosed) {
     for (size_t i = 0; i < std::size(calls); i++) {
         EXPECT_EQ(left_by(calls[i]), 0) << i;
     }
-    for (const char* tool : {"fw_printenv", "fw_setenv", "chtimezone.lua", "date"}) {
+    for (const char* tool :
+         {"fw_printenv", "fw_setenv", "ifconfig", "iwpriv", "chtimezone.lua", "date"}) {
         replace_tool(tool, "exit 1");
     }
     write_file("/etc/version", "");
