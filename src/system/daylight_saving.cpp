@@ -46,13 +46,6 @@ const char* code_of(const Word (&words)[N], const char* name) {
     return nullptr;
 }
 
-// A text of the agent's rule, whose array may be full.
-using Inline = Text<16 + 1>;
-
-Inline read_inline(const char (&text)[16]) {
-    return Inline("%.*s", static_cast<int>(sizeof text), text);
-}
-
 int stage_option(const char* key, const char* value) {
     if (!stage("system", key, value)) {
         LOG_TRACE_FOR(apply_daylight_saving, "Set Value Failed\n");
@@ -70,9 +63,9 @@ int stage_enabled(int dst_enable) {
 
 // Start and end alike are logged as the end.
 int stage_rule(const char* key, const dst_rule& rule) {
-    const Inline month = read_inline(rule.month);
-    const Inline ordinal = read_inline(rule.ordinal);
-    const Inline weekday = read_inline(rule.weekday);
+    const auto month = orlo::read_inline(rule.month);
+    const auto ordinal = orlo::read_inline(rule.ordinal);
+    const auto weekday = orlo::read_inline(rule.weekday);
     const char* month_code = code_of(months, month);
     if (month_code == nullptr) {
         LOG_TRACE_FOR(apply_daylight_saving, "Unknown month: %s \n", month.c_str());
