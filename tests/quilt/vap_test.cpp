@@ -65,20 +65,6 @@ TEST_F(QuiltVaps, AreAppliedInTheirOrderWhateverTheirIndexes) {
     EXPECT_EQ(staged_value("wireless.wifi0vap3.vlan_id"), "11") << "of the last of them";
 }
 
-TEST_F(QuiltVaps, AllThirtyTwoAreStaged) {
-    for (int i = 0; i < 32; i++) {
-        enable(i, i / 16, i % 16).vlan_id = i + 1;
-    }
-    EXPECT_EQ(apply(), 0);
-    for (int i = 0; i < 32; i++) {
-        const std::string section =
-            "wireless.wifi" + std::to_string(i / 16) + "vap" + std::to_string(i % 16);
-        EXPECT_EQ(staged_value(section + ".mode"), "quilt");
-        EXPECT_EQ(staged_value(section + ".vlan_id"), std::to_string(i + 1));
-    }
-    EXPECT_TRUE(saving_restarts_network());
-}
-
 TEST_F(QuiltVaps, AnOpenOneIsStagedInOrder) {
     configure("wireless.wifi1vap3.key", "old");
     configure("wireless.wifi1vap3.sae", "1");
