@@ -357,14 +357,11 @@ TEST_F(ScanReport, FollowsTheOrderOfTheObject) {
 
 TEST_F(ScanReport, IsJsonAsAgentsKnowIt) {
     write_file(heard_list, "a4:5e:60:01:02:03 1dB 5dB 1 2 3 40\n");
+    door.now = 5000000000; // behind 2038
     json_t* const report = ops.api_get_cqscan(nullptr);
-    ASSERT_EQ(json_array_size(report), 1U);
-    const json_int_t detected =
-        json_integer_value(json_object_get(json_array_get(report, 0), "Detected Time"));
     char* const text = json_dumps(report, JSON_PRESERVE_ORDER | JSON_COMPACT);
-    EXPECT_EQ(text, "[{\"STA MAC Address\":\"a4:5e:60:01:02:03\",\"RSSI\":-94,\"Channel\":40,"
-                    "\"Detected Time\":" +
-                        std::to_string(detected) + "}]");
+    EXPECT_STREQ(text, "[{\"STA MAC Address\":\"a4:5e:60:01:02:03\",\"RSSI\":-94,\"Channel\":40,"
+                       "\"Detected Time\":5000000000}]");
     JsonMemory::release_text(text);
     json_decref(report);
 }
@@ -453,7 +450,11 @@ TEST_F(FreshAccessPoint, HasStationsForAScan) {
     ASSERT_EQ(system("mkdir -p /etc/qxw && touch /etc/qxw/cq_version"), 0);
     configure("wireless.wifi1vap1.mode", "quilt");
     json_t* const report = ops.api_get_cqscan(nullptr);
-    EXPECT_EQ(json_array_size(report), 2U);
+    std::vector<json_int_t> signals;
+    for (size_t i = 0; i < json_array_size(report); i++) {
+        signals.push_back(json_integer_value(json_object_get(json_array_get(report, i), "RSSI")));
+    }
+    EXPECT_THAT(signals, testing::UnorderedElementsAre(-35, -73)) << "one served, one heard";
     json_decref(report);
 }
 

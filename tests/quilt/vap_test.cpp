@@ -49,6 +49,16 @@ TEST_F(QuiltVaps, ThatAreDisabledGetOnlyTheirModeAndStatus) {
                             "log api_apply_channel_quilt: End, return 0"));
 }
 
+TEST_F(QuiltVaps, BehindADisabledOneAreApplied) {
+    enable(4, 0, 9).status = 0;
+    enable(5);
+    EXPECT_EQ(apply(), 0);
+    EXPECT_EQ(staged_value("wireless.wifi0vap9.disabled"), "1");
+    EXPECT_EQ(staged_value("wireless.wifi1vap3.mode"), "quilt");
+    EXPECT_EQ(staged_value("wireless.wifi1vap3.captive_portal"), "0");
+    EXPECT_TRUE(saving_restarts_network());
+}
+
 TEST_F(QuiltVaps, AreAppliedInTheirOrderWhateverTheirIndexes) {
     enable(0, 0, 3);
     enable(1, 0, 15);
@@ -171,9 +181,11 @@ TEST_F(QuiltVaps, WhatIsNotGivenIsNotWritten) {
         EXPECT_THAT(door.trace({"set"}),
                     testing::Not(testing::Contains(HasSubstr(std::string(".") + option + "="))));
     }
-    quilt_.quilt_radio[0].proxy_arp = 0;
-    EXPECT_EQ(apply(), 0);
-    EXPECT_EQ(staged_value("wireless.wifi1vap3.proxy_arp"), "0");
+    for (int given : {0, INT_MAX}) {
+        quilt_.quilt_radio[0].proxy_arp = given;
+        EXPECT_EQ(apply(), 0);
+        EXPECT_EQ(staged_value("wireless.wifi1vap3.proxy_arp"), std::to_string(given));
+    }
 }
 
 // No index is refused by the operation: the store has no such sections.
