@@ -79,21 +79,11 @@ protected:
     Trace edits_expected_of(int i) const {
         const Texts& texts = texts_[i];
         const std::string own = std::to_string(i);
-        return {
-            "mode=quilt",
-            "disabled=0",
-            "bssid=02:00:00:00:0c:00",
-            "ssid=Quilt " + own,
-            "hidden=0",
-            "vlan_id=" + std::to_string(100 + i),
-            "mac_auth_server=",
-            "mac_auth_secret=",
-            "mac_auth_port=1812",
-            "mac_auth_username_separator=hyphen",
-            "mac_auth_username_case=lower",
-            "mac_auth_password_format=username",
-            "mac_auth_server_second=",
-            "mac_auth_secret_second=",
+        const Trace basic = {
+            "mode=quilt",        "disabled=0", "bssid=02:00:00:00:0c:00",
+            "ssid=Quilt " + own, "hidden=0",   "vlan_id=" + std::to_string(100 + i),
+        };
+        const Trace behind = {
             "macfilter=" + std::to_string(2 + i % 2),
             "mac_auth_server=" + texts.primary,
             "mac_auth_secret=" + texts.primary_secret,
@@ -116,6 +106,11 @@ protected:
             "cp_pri_auth_server=" + texts.portal,
             "cp_pri_auth_secret=" + texts.portal_secret,
         };
+        Trace edits;
+        for (const Trace& part : {basic, edits_that_forget_servers, behind}) {
+            edits.insert(edits.end(), part.begin(), part.end());
+        }
+        return edits;
     }
 
     std::array<Texts, last + 1> texts_;
