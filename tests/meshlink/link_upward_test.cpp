@@ -34,7 +34,7 @@ TEST_F(MeshStatistics, AreNoneWithoutTheInterfaceOfTheStation) {
     EXPECT_THAT(lines[2],
                 testing::MatchesRegex("create_ml_statistics_report: failed to get information, "
                                       "vap: 0x[0-9a-f]+, sta: \\(nil\\)"));
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
     start_station();
     door.forget();
     door.fail(Call::popen, 4);
@@ -43,7 +43,7 @@ TEST_F(MeshStatistics, AreNoneWithoutTheInterfaceOfTheStation) {
     ASSERT_EQ(lines.size(), 4U);
     EXPECT_EQ(lines[0], "get_ml_sta_counter: failed to execute " + station_command);
     EXPECT_EQ(lines[1], "get_ml_sta_counter: there is no ML-STA interface");
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatistics, AreNoneWhenTheTrafficOfTheStationIsNotUnderstood) {
@@ -63,7 +63,7 @@ TEST_F(MeshStatistics, AreNoneWhenTheTrafficOfTheStationIsNotUnderstood) {
         EXPECT_EQ(statistics_report(), "NULL") << row.counters;
         ASSERT_EQ(errors().size(), 3U) << row.counters;
         EXPECT_EQ(errors()[0], "get_ml_sta_counter: invalid output: " + std::string(row.line));
-        EXPECT_EQ(json_memory.in_use(), 0);
+        EXPECT_EQ(JsonMemory::in_use(), 0);
     }
     carry(0, 0, 0, 0);
     door.forget();
@@ -86,7 +86,7 @@ TEST_F(MeshStatistics, OfTheRootHaveNoLinkUpward) {
     EXPECT_EQ(part("ML STA"), "[]");
     EXPECT_THAT(part("ML VAP"), StartsWith(R"([{"MAC Address":"04:11:22:33:44:40")"));
     EXPECT_THAT(door.trace({"read"}), testing::Not(testing::Contains("read " + station_command)));
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatistics, OfTheLinkUpwardStartAnewAfterTheAccessPointWasTheRoot) {

@@ -64,7 +64,7 @@ TEST_F(MeshStatistics, OfTheFirstReportAreZero) {
             "log 8/5 ml_sta_entry_json: Enter",
             "log 8/4 create_ml_sta_json: diff: tx:0, rx: 0, diff: 0",
         }));
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatistics, AreBytesPerSecondSinceTheLastReport) {
@@ -80,7 +80,7 @@ TEST_F(MeshStatistics, AreBytesPerSecondSinceTheLastReport) {
                                "rx: 50000, diff: 10",
                                "log 8/4 create_ml_sta_json: diff: tx:9, rx: 50, diff: 10"}));
     EXPECT_THAT(door.trace(), testing::Contains("log 8/5 diff_ml_counter: Enter").Times(2));
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
     door.now = 1020;
     EXPECT_EQ(statistics_report(), report_of(rates("0", "0"), rates("0", "0")))
         << "compared with the report before, not with the first";
@@ -137,7 +137,7 @@ TEST_F(MeshStatistics, ReferencesOfAReportAreAllItsOwn) {
         EXPECT_EQ(json_array_get(links, 0)->refcount, 1U) << name;
     }
     json_decref(report);
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatistics, AreAlsoFoundByName) {
@@ -174,7 +174,7 @@ TEST_F(MeshStatistics, AreNoneForARootWithoutLinks) {
     EXPECT_EQ(door.trace().back(),
               "log 8/4 create_ml_statistics_report: no statistics data, skipped.");
     EXPECT_THAT(errors(), IsEmpty());
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatistics, OfALeafHaveTheLinkUpwardOnly) {
@@ -200,7 +200,7 @@ TEST_F(MeshStatistics, CountEveryLinkOfTheMeshVap) {
         answer_all_sta(stations);
         door.now++;
         EXPECT_EQ(part("ML VAP"), "[" + expected + "]") << count;
-        EXPECT_EQ(json_memory.in_use(), 0);
+        EXPECT_EQ(JsonMemory::in_use(), 0);
     }
 }
 
@@ -274,7 +274,7 @@ TEST_F(MeshStatistics, AreNoneWhenTheLinksCannotBeRead) {
                                       "vap: \\(nil\\), sta: 0x[0-9a-f]+"));
     EXPECT_THAT(door.trace({"read"}), testing::Contains("read " + traffic_command))
         << "the station is asked all the same";
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatistics, AreNoneWhenTheMeshVapIsSwitchedOffMeanwhile) {
@@ -289,7 +289,7 @@ TEST_F(MeshStatistics, AreNoneWhenTheMeshVapIsSwitchedOffMeanwhile) {
         for (const std::string& line : errors()) {
             reported.insert(line.substr(0, line.find(", vap")));
         }
-        EXPECT_EQ(json_memory.in_use(), 0);
+        EXPECT_EQ(JsonMemory::in_use(), 0);
         ASSERT_LT(readings, 500);
     } while (!door.expects_failure(Call::uci_lookup_ptr));
     EXPECT_THAT(reported,
@@ -342,7 +342,7 @@ TEST_F(MeshStatistics, AreNoneWithoutMemoryForTheCounters) {
         EXPECT_EQ(statistics_report(), "NULL") << row.allocation;
         ASSERT_EQ(errors().size(), 3U);
         EXPECT_EQ(errors()[0], std::string(row.step) + ": failed to allocate memory");
-        EXPECT_EQ(json_memory.in_use(), 0);
+        EXPECT_EQ(JsonMemory::in_use(), 0);
     }
     door.fail(Call::realloc, 5);
     EXPECT_NE(statistics_report(), "NULL");
@@ -357,10 +357,10 @@ TEST_F(MeshStatistics, LoseNoMemoryWhereverItRunsOut) {
         answer_all_sta(station(child, "0", "0") +
                        station("06:00:00:00:00:" + std::to_string(10 + n % 80), "0", "0"));
         door.forget();
-        json_memory.fail(n);
+        JsonMemory::fail(n);
         statistics_report();
-        complete = !json_memory.failed();
-        EXPECT_EQ(json_memory.in_use(), 0) << n;
+        complete = !JsonMemory::has_failed();
+        EXPECT_EQ(JsonMemory::in_use(), 0) << n;
         for (const std::string& line : errors()) {
             reported.insert(line.substr(0, line.find(", vap")));
         }
