@@ -318,6 +318,28 @@ TEST_F(MeshStatistics, KeepTheSampleOfAPartThatFails) {
     EXPECT_EQ(statistics_report(), report_of(rates("0", "1000"), rates("0", "100")));
 }
 
+TEST_F(MeshStatistics, KeepTheSampleOfAPartWithAnEntryThatCannotBeMade) {
+    statistics_report();
+    door.now = 1010;
+    carry(1000, 1000, 1000, 1000);
+    JsonMemory::fail(3); // an array takes two allocations; the VAP's entry comes behind one
+    EXPECT_EQ(statistics_report(), "NULL");
+    EXPECT_EQ(errors()[0], "create_ml_vap_json: failed to create ml vap item");
+    door.now = 1020;
+    carry(3000, 3000, 3000, 3000);
+    EXPECT_EQ(statistics_report(), report_of(rates("150", "150"), rates("200", "200")));
+    door.now = 1030;
+    carry(4000, 4000, 4000, 4000);
+    answer_all_sta("");
+    door.forget();
+    JsonMemory::fail(5); // and the station's behind two, when the VAP has none
+    EXPECT_EQ(statistics_report(), "NULL");
+    EXPECT_EQ(errors()[0], "create_ml_sta_json: failed to create ml sta item");
+    door.now = 1040;
+    carry(7000, 7000, 7000, 7000);
+    EXPECT_EQ(statistics_report(), report_of(rates("0", "0"), rates("200", "200")));
+}
+
 TEST_F(MeshStatistics, AreNoneWithoutMemoryForTheCounters) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "a sanitizer has an allocator of its own";
