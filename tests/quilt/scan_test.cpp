@@ -1,6 +1,6 @@
 // The quilt scan: stations that the radios hear, stations that quilt VAPs serve, the report.
-#include "quilt/json_memory.h"
 #include "support/access_point.h"
+#include "support/json_memory.h"
 
 #include <jansson.h>
 
