@@ -1,6 +1,7 @@
 // A double of the vendor library: every operation writes its name and arguments to the file that
 // DOUBLE_JOURNAL names, fills in what it is given to fill in, and succeeds. The operation that
-// DOUBLE_FAILS names logs a reason and fails (-1, NULL; of "NAME=NUMBER" that number).
+// DOUBLE_FAILS names logs a reason and fails (-1, NULL; of "NAME=NUMBER" that number). A JSON value
+// is that of the text DOUBLE_JSON, where it is set.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -192,8 +193,11 @@ R answer(const char* name) {
     if constexpr (std::is_same_v<R, char*>) {
         return failed ? nullptr : strdup("a text");
     } else if constexpr (std::is_same_v<R, json_t*>) {
+        const char* text = getenv("DOUBLE_JSON");
         return failed ? nullptr
-                      : json_pack("{s:i, s:[s]}", "hops", 2, "peers", "02:00:00:00:00:01");
+               : text != nullptr
+                   ? json_loads(text, JSON_DECODE_ANY, nullptr)
+                   : json_pack("{s:i, s:[s]}", "hops", 2, "peers", "02:00:00:00:00:01");
     } else if constexpr (std::is_same_v<R, float>) {
         return 20.1F;
     } else if constexpr (std::is_same_v<R, int64_t>) {
