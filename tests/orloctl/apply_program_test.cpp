@@ -99,6 +99,27 @@ TEST_F(Orloctl, the_wds_child_gets_its_vap_and_then_its_link) {
                          "api_save_config\n");
 }
 
+TEST_F(Orloctl, the_two_ends_of_a_mesh_link_differ_in_who_connects) {
+    const auto calls = [](const std::string& connector) {
+        return "api_apply_radio_status 0 1\n"
+               "api_apply_vap 0 { 0='Orchard' }\n"
+               "api_apply_radio_status 1 1\n"
+               "api_apply_mesh_link_radio 1 80 '36 40 44 48'\n"
+               "api_apply_wireless_interface 1 'not-override' 36 0 0\n"
+               "api_apply_vap 1 { 0='Orchard' }\n"
+               "api_apply_mesh_link_vap 1 {1 'Orchard Mesh' acceptor 1 connector " +
+               connector +
+               "}\n"
+               "api_save_config\n";
+    };
+    const Ended root = orloctl({"apply", EXAMPLES "/mesh-root.json"});
+    EXPECT_EQ(root.status, 0) << root.err;
+    EXPECT_EQ(journal(), calls("0"));
+    const Ended branch = orloctl({"apply", EXAMPLES "/mesh-branch.json"});
+    EXPECT_EQ(branch.status, 0) << branch.err;
+    EXPECT_EQ(journal(), calls("0") + calls("1"));
+}
+
 TEST_F(Orloctl, the_rest_of_the_device_reaches_the_library) {
     const Ended ended = orloctl({"apply", "-", "--no-save"}, R"({
         "known_clients": {"action": "white", "mac_list": ["02:00:00:00:00:01",

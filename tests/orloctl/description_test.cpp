@@ -60,7 +60,7 @@ TEST(Description, each_rule_of_a_radio_has_its_sentence) {
          R"(radios[1].override: "off" is not "not-override" or "force-disable")"},
         {radio_1(R"("chanel": 36)"),
          "radios[1].chanel: unknown member, known are radio, enabled, override, channel, "
-         "second_channel, power_percent, settings, hardware, vaps, access"},
+         "second_channel, power_percent, settings, hardware, vaps, mesh, access"},
         {R"({"radios": [{"radio": 0, "channel": 14}]})",
          "radios[0].channel: 14 is not 0 or in 1..13"},
         {R"({"radios": [{"radio": 0, "second_channel": 36}]})",

@@ -179,6 +179,13 @@ std::string written(const wds_settings* value) {
     return value == nullptr ? "NULL" : "{" + links + "}";
 }
 
+std::string written(const mesh_link_vap_settings* value) {
+    return value == nullptr
+               ? "NULL"
+               : "{" + written(value->vap) + " " + written(value->ssid) + " acceptor " +
+                     written(value->acceptor) + " connector " + written(value->connector) + "}";
+}
+
 template <class R>
 R answer(const char* name) {
     const bool failed = failure(name) != 0;

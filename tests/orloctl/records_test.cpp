@@ -232,7 +232,8 @@ TEST(Records, the_librarys_records_for_radios_vaps_and_the_device_are_among_them
          {"radio_settings", "hw_specific_settings", "vap_settings", "wep", "wpa_personal",
           "wpa_enterprise", "dot1x", "radius_server", "fast_roaming", "fast_roaming_ft",
           "mac_auth_radius_server", "knownClient_setup", "cp_settings", "cp_auth_server",
-          "wds_settings", "dst_rule", "snmp_settings", "snmp_trap_host"}) {
+          "wds_settings", "mesh_link_vap_settings", "dst_rule", "snmp_settings",
+          "snmp_trap_host"}) {
         EXPECT_NE(described(name), nullptr) << name;
         EXPECT_TRUE(std::any_of(std::begin(layout), std::end(layout), [&](const Laid& laid) {
             return laid.size != 0 && std::string(name) == laid.record;

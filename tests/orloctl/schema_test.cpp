@@ -53,7 +53,10 @@ std::vector<std::string> rich_descriptions() {
                      "trap_types": ["link"], "radio_status": [true, null],
                      "trap_hosts": [{"id": 2, "server_address": "192.0.2.3"}]},
             "login": {"username": "u", "password": "p"}},
-        "radios": [{"radio": 1, "access": [
+        "radios": [{"radio": 0, "mesh": {
+            "eligible_channels": [1, 6], "bandwidth": 20,
+            "vap": {"vap": 1, "acceptor": true, "connector": true, "ssid": "m",
+                    "key": "passphrase"}}}, {"radio": 1, "access": [
             {"vap": 3, "mac_auth_servers": [{"index": 1, "ip": "a", "key": "k"}],
              "captive_portal": {"auth_mode": "radius", "walled_garden_enable": true,
                                 "walled_garden": ["a", "b"],

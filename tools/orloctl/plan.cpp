@@ -43,6 +43,10 @@ Json argument(const wds_settings* links) {
     return write_records(*record_argument("api_apply_wds"), links);
 }
 
+Json argument(const mesh_link_vap_settings* vap) {
+    return write_record(mesh_link_vap_settings_record, vap);
+}
+
 Json argument(const knownClient_setup* clients) {
     return write_record(knownClient_setup_record, clients);
 }
@@ -157,6 +161,10 @@ void plan_radio(const RadioDescription& radio, std::vector<Step>& steps) {
         planner.add("api_apply_hw_specific", &vendor_ops::api_apply_hw_specific, radio.radio,
                     radio.hardware);
     }
+    if (radio.mesh != nullptr && radio.mesh->eligible_channels != nullptr) {
+        planner.add("api_apply_mesh_link_radio", &vendor_ops::api_apply_mesh_link_radio,
+                    radio.radio, described(radio.mesh->bandwidth), radio.mesh->eligible_channels);
+    }
     if (radio.has_channel_or_power()) {
         planner.add("api_apply_wireless_interface", &vendor_ops::api_apply_wireless_interface,
                     radio.radio,
@@ -166,6 +174,10 @@ void plan_radio(const RadioDescription& radio, std::vector<Step>& steps) {
     }
     if (radio.vaps != nullptr) {
         planner.add("api_apply_vap", &vendor_ops::api_apply_vap, radio.radio, radio.vaps);
+    }
+    if (radio.mesh != nullptr && radio.mesh->vap != nullptr) {
+        planner.add("api_apply_mesh_link_vap", &vendor_ops::api_apply_mesh_link_vap, radio.radio,
+                    radio.mesh->vap);
     }
     for (const VapAccessDescription& access : radio.access) {
         plan_access(radio.radio, access, steps);

@@ -29,12 +29,28 @@ bool has_room_for_links(const AccessPointDescription& access_point, const Place&
     for (size_t i = 0; access_point.wds != nullptr && i < wds_links; i++) {
         for (const RadioDescription& radio : access_point.radios) {
             const bool carries_link = radio.radio == radio_of(access_point.wds[i]);
+            if (carries_link && radio.mesh != nullptr && radio.mesh->vap != nullptr) {
+                return false;
+            }
             for (int vap = 0; carries_link && radio.vaps != nullptr && vap < ORLO_VAPS_PER_RADIO;
                  vap++) {
                 if (radio.vaps[vap].status != (vap == 0 ? 1 : 0)) {
                     return false;
                 }
             }
+        }
+    }
+    return true;
+}
+
+// The mesh sets its own VAP up, and switches those from 2 on off.
+bool has_room_for_mesh(const RadioDescription& radio, const Place& /*place*/) {
+    if (radio.mesh == nullptr || radio.mesh->vap == nullptr || radio.vaps == nullptr) {
+        return true;
+    }
+    for (int vap = 0; vap < ORLO_VAPS_PER_RADIO; vap++) {
+        if (radio.vaps[vap].status != 0 && (vap >= 2 || vap == radio.mesh->vap->vap)) {
+            return false;
         }
     }
     return true;
@@ -82,9 +98,13 @@ const Record radio_record = {
      "settings of its hardware"},
     {MEMBER_OF(RadioDescription, vaps), keyed(vap_settings_record, ORLO_VAPS_PER_RADIO, "vap"),
      "its VAPs; one that is not listed gets disabled"},
+    {MEMBER_OF(RadioDescription, mesh), optional(mesh_link_record),
+     "links to other access points; of \"vaps\" they leave 0 and 1, and take one of these"},
     {MEMBER_OF(RadioDescription, access), list(vap_access_record, "vap"),
      "who may use its VAPs; of one that is not listed nothing changes"},
-}, {}, nullptr, nullptr, "radio"};
+}, {
+    condition<&has_room_for_mesh>("vaps", "enables a VAP that the mesh takes or switches off"),
+}, nullptr, nullptr, "radio"};
 
 const Record profile_record = {
     "profile", "what the agent keeps of a description", sizeof(ProfileDescription), {
