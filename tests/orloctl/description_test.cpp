@@ -91,7 +91,7 @@ TEST(Description, each_type_has_its_sentence) {
         {radio_1(R"("enabled": "1")"), "radios[1].enabled: \"1\" is not true or false"},
         {radio_1(R"("override": 0)"), "radios[1].override: 0 is not a text"},
         {R"({"profil": {}})",
-         "profil: unknown member, known are system, radios, wds, known_clients, portal_address, "
+         "profil: unknown member, known are system, radios, quilt, wds, known_clients, portal_address, "
          "profile"},
     };
     for (const Case& mistake : cases) {

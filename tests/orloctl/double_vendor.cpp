@@ -103,24 +103,43 @@ std::string written(vap_statistics* value) {
     return "statistics";
 }
 
-// Consumes the lists of key holders, as the library does.
+// Takes the list of key holders, as the library does.
+std::string taken(mac_list& list) {
+    std::string addresses;
+    while (list.head != nullptr) {
+        mac_list_node* node = list.head;
+        list.head = node->next;
+        addresses += std::string(" ") + node->mac;
+        free(node);
+    }
+    list.tail = nullptr;
+    return addresses;
+}
+
 std::string written(vap_settings* value) {
     std::string vaps;
     for (int vap = 0; value != nullptr && vap < ORLO_VAPS_PER_RADIO; vap++) {
         if (value[vap].status == 0) {
             continue;
         }
-        vaps += " " + std::to_string(vap) + "=" + written(value[vap].ssid);
-        mac_list& list = value[vap].fast_roaming.key_holder_list;
-        while (list.head != nullptr) {
-            mac_list_node* node = list.head;
-            list.head = node->next;
-            vaps += std::string(" ") + node->mac;
-            free(node);
-        }
-        list.tail = nullptr;
+        vaps += " " + std::to_string(vap) + "=" + written(value[vap].ssid) +
+                taken(value[vap].fast_roaming.key_holder_list);
     }
     return value == nullptr ? "NULL" : "{" + vaps + " }";
+}
+
+// The VAPs at the places of their entries.
+std::string written(quilt_settings* value) {
+    std::string vaps;
+    for (int i = 0; value != nullptr && i < ORLO_VAPS; i++) {
+        quilt_vap& vap = value->quilt_radio[i];
+        if (vap.enable != 0) {
+            vaps += " " + std::to_string(i) + "=" + std::to_string(vap.radio) + "." +
+                    std::to_string(vap.vap) + " '" + vap.ssid + "'" +
+                    taken(vap.fast_roaming.key_holder_list);
+        }
+    }
+    return value == nullptr ? "NULL" : "{'" + std::string(value->secret) + "'" + vaps + " }";
 }
 
 // The list of stations is the file that DOUBLE_STATIONS names.

@@ -116,6 +116,7 @@ TEST(Plan, the_device_comes_around_the_radios_and_what_takes_effect_at_once_at_t
         "portal_address": "192.0.2.1",
         "known_clients": {"mac_list": []},
         "wds": [],
+        "quilt": {"mgmt_vlan": 1, "secret": "s"},
         "radios": [{"radio": 0, "enabled": true}],
         "system": {
             "login": {"username": "u", "password": "p"},
@@ -134,8 +135,8 @@ TEST(Plan, the_device_comes_around_the_radios_and_what_takes_effect_at_once_at_t
                                  "hour": 3}}},
             "reset_button": true, "leds": false, "country": "AT"}})"),
                 ElementsAre("api_apply_country_code", "api_apply_snmp",
-                            "api_apply_radio_status radio 0", "api_apply_wds",
-                            "api_apply_known_clients", "api_apply_cp_virt_ip",
+                            "api_apply_radio_status radio 0", "api_apply_channel_quilt",
+                            "api_apply_wds", "api_apply_known_clients", "api_apply_cp_virt_ip",
                             "api_apply_led_status", "api_apply_reset_button", "api_apply_syslog",
                             "api_apply_openflow_enable", "api_apply_openflow_controller",
                             "api_apply_openflow_controller", "api_apply_openflow_critical_mode",

@@ -128,6 +128,7 @@ constexpr size_t wds_links = 2; // that api_apply_wds takes
 struct AccessPointDescription {
     SystemDescription system;
     List<const RadioDescription> radios;
+    quilt_settings* quilt;
     const wds_settings* wds; // as many as there can be
     const knownClient_setup* known_clients;
     const char* portal_address; // "": none

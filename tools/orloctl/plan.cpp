@@ -39,6 +39,10 @@ Json argument(const cp_settings* portal) {
     return write_record(cp_settings_record, portal);
 }
 
+Json argument(const quilt_settings* quilt) {
+    return write_record(quilt_settings_record, quilt);
+}
+
 Json argument(const wds_settings* links) {
     return write_records(*record_argument("api_apply_wds"), links);
 }
@@ -187,6 +191,10 @@ void plan_radio(const RadioDescription& radio, std::vector<Step>& steps) {
 // What all radios have in common.
 void plan_network(const AccessPointDescription& description, std::vector<Step>& steps) {
     Planner planner(steps);
+    if (description.quilt != nullptr) {
+        planner.add("api_apply_channel_quilt", &vendor_ops::api_apply_channel_quilt,
+                    description.quilt);
+    }
     if (description.wds != nullptr) {
         planner.add("api_apply_wds", &vendor_ops::api_apply_wds, description.wds);
     }
