@@ -21,10 +21,6 @@ bool has_ssid(const quilt_vap& vap, const Place& /*place*/) {
     return !is_enabled(vap) || vap.ssid[0] != '\0';
 }
 
-bool has_bssid(const quilt_vap& vap, const Place& /*place*/) {
-    return !is_enabled(vap) || vap.bssid[0] != '\0';
-}
-
 bool has_vlan(const quilt_vap& vap, const Place& /*place*/) {
     return !is_enabled(vap) || vap.vlan_id != 0;
 }
@@ -90,12 +86,12 @@ const Record quilt_vap_record = {
     {MEMBER_OF(quilt_vap, vap), number().in(0, ORLO_VAPS_PER_RADIO - 1).required(), "which one"},
     {MEMBER_OF(quilt_vap, status), flag().or_else(1), "enabled; of another nothing more is read"},
     {MEMBER_OF(quilt_vap, bssid), text().like_mac().bytes(sizeof quilt_vap::bssid - 1),
-     "its address, required when it is enabled"},
-    {MEMBER_OF(quilt_vap, ssid), text().bytes(32), "name of the network, likewise"},
+     "its address; none: the stored one is forgotten"},
+    {MEMBER_OF(quilt_vap, ssid), text().bytes(32), "name of the network, required when it is enabled"},
     {MEMBER_OF(quilt_vap, bcast_ssid), flag().or_else(1),
      "beacons carry the SSID; false: it is hidden"},
     {MEMBER_OF(quilt_vap, vlan_id), number().in(1, 4094).or_not_given(0),
-     "VLAN of its stations, required when it is enabled"},
+     "VLAN of its stations, likewise"},
     {MEMBER_OF(quilt_vap, mac_filter_mode), number(),
      "filter by address; 0: off, 2 and 3: the servers are asked, 4: area authentication; unchecked"},
     {MEMBER_OF(quilt_vap, mac_auth_server), some(mac_auth_radius_server_record, 2),
@@ -128,7 +124,6 @@ const Record quilt_vap_record = {
     {MEMBER_OF(quilt_vap, fast_roaming), record(fast_roaming_record), "802.11r, k and v"},
     {MEMBER_OF(quilt_vap, cp), optional(cp_settings_record), "what guests meet first; none: nothing"},
 }, {
-    condition<&has_bssid>("bssid", "is missing, the VAP is enabled"),
     condition<&has_ssid>("ssid", "is missing, the VAP is enabled"),
     condition<&has_vlan>("vlan_id", "is missing, the VAP is enabled"),
     condition<&has_mac_auth_server>("mac_auth_server", "is asked with \"mac_filter_mode\" 2 or 3 only"),
