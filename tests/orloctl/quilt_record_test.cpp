@@ -1,5 +1,6 @@
 // The quilt as the library gets it, member by member, and every rule about it.
 #include "describe.h"
+#include "plan.h"
 
 using namespace orloctl;
 
@@ -103,6 +104,21 @@ TEST(QuiltRecord, what_is_left_out_is_not_given_or_off) {
         EXPECT_EQ(settings.quilt_radio[i].enable, 0);
     }
     EXPECT_EQ(description_of("{}")->quilt, nullptr);
+}
+
+TEST(QuiltRecord, is_shown_without_what_is_left_out) {
+    const Description description = description_of(vap(""));
+    const std::vector<Step> steps = plan(description, false);
+    ASSERT_EQ(steps.size(), 1U);
+    EXPECT_EQ(steps[0].title(), "api_apply_channel_quilt");
+    const Json expected = parse_json(R"([{"mgmt_vlan": 1, "secret": "s", "quilt_radio": [
+        {"enable": true, "radio": 1, "vap": 2, "status": true, "bssid": "02:00:00:00:00:02",
+         "ssid": "q", "bcast_ssid": true, "vlan_id": 8, "mac_filter_mode": 0,
+         "mac_auth_server": [], "mac_auth_reset": false, "band_steer": false, "mfp": false,
+         "wireless_security": "none", "fast_roaming": {"status": false}}]}])",
+                                     "expected");
+    EXPECT_TRUE(json_equal(steps[0].arguments.get(), expected.get()))
+        << json_document(steps[0].arguments);
 }
 
 TEST(QuiltRecord, security_lies_in_the_member_that_it_selects) {
