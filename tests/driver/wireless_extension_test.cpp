@@ -100,6 +100,8 @@ TEST_F(DriverQuery, TheListOfChannelsIsGivenRoomForALargerStructure) {
 TEST_F(DriverQuery, AnExtremeExponentIsNoChannel) {
     tell_driver("wdev1", "frequency 5180 32767\nrange 36:5180:6\n");
     EXPECT_EQ(channel_of("wdev1"), -1);
+    tell_driver("wdev1", "frequency 5180 32767\nrange 36:5180:300\n");
+    EXPECT_EQ(channel_of("wdev1"), -1) << "nor is it another one";
 }
 
 TEST_F(DriverQuery, AVapRunsOnItsRadiosChannel) {
