@@ -393,6 +393,46 @@ TEST_F(OnTheAccessPoint, counters_are_those_that_the_kernel_keeps) {
     EXPECT_EQ(ended.err, "");
 }
 
+TEST_F(OnTheAccessPoint, clients_are_the_stations_that_the_driver_knows) {
+    const std::string table =
+        "radio  VAP  SSID           MAC                IPv4           signal   rate        VLAN\n"
+        "0      0    Lobby 2.4 GHz  a4:5e:60:01:02:03  192.168.1.101  -52 dBm  144 Mbit/s  1\n"
+        "0      0    Lobby 2.4 GHz  3c:22:fb:10:20:30  192.168.1.102  -71 dBm  26 Mbit/s   1\n"
+        "1      0    Lobby 5 GHz    d8:a2:5e:0a:0b:0c  192.168.1.103  -47 dBm  866 Mbit/s  1\n"
+        "1      1    wlan1.1        06:0c:43:20:30:31  unknown        -55 dBm  780 Mbit/s  1\n"
+        "1      1    wlan1.1        06:0c:43:20:40:31  unknown        -61 dBm  585 Mbit/s  1\n";
+    const Ended ended = there("orloctl clients; orloctl clients --file /tmp/assoc_client_detail; "
+                              "cat /tmp/assoc_client");
+    EXPECT_EQ(ended.out, table + table +
+                             "0,0,a4:5e:60:01:02:03,3c:22:fb:10:20:30\n"
+                             "1,0,d8:a2:5e:0a:0b:0c\n"
+                             "1,1,06:0c:43:20:30:31,06:0c:43:20:40:31\n");
+    EXPECT_EQ(ended.err, "");
+}
+
+TEST_F(OnTheAccessPoint, clients_that_leave_are_listed_no_more) {
+    const Ended ended = there("orloctl clients >/dev/null; rm /var/run/device/stations/*; "
+                              "echo 'a4:5e:60:01:02:03 signal=-60 rate=6' "
+                              ">/var/run/device/stations/wdev1ap15; orloctl clients --json");
+    EXPECT_EQ(ended.out, R"([
+  {
+    "radio": 1,
+    "vap": 15,
+    "bssid": "02:00:00:00:01:0f",
+    "channel": 36,
+    "ssid": "wlan1.15",
+    "mac": "a4:5e:60:01:02:03",
+    "ipv4": null,
+    "signal_dbm": -60,
+    "rate_mbps": 6,
+    "vlan_id": 1,
+    "area_auth": false
+  }
+]
+)");
+    EXPECT_EQ(ended.err, "");
+}
+
 // The double lists stations there; it is visible inside in one of the forms.
 class ListingStations : public OnTheAccessPoint {
 protected:
