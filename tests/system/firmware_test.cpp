@@ -170,6 +170,21 @@ TEST_F(FirmwareUpgrade, HasAChildThatRunsNothingOfTheAgents) {
     EXPECT_EQ(read_file("/tmp/buffered"), "once\n") << "the child wrote the agent's buffers";
 }
 
+TEST_F(FirmwareUpgrade, HasAChildThatWritesWhatItHasBufferedItself) {
+    FILE* log = fopen("/tmp/log", "w");
+    const pid_t parent = getpid();
+    door.on_run = [&](const std::string&) -> std::optional<int> {
+        if (getpid() != parent) {
+            fputs("of the child\n", log);
+        }
+        return std::nullopt;
+    };
+    ops.api_fw_upgrade("/tmp/firmware.bin");
+    EXPECT_EQ(door.child().status, 0);
+    fclose(log);
+    EXPECT_EQ(read_file("/tmp/log"), "of the child\n");
+}
+
 TEST_F(FirmwareUpgrade, HasAChildThatFailsWhenTheAgentRefuses) {
     replace_tool("ubus", "exit 7");
     EXPECT_EQ(ops.api_fw_upgrade("/tmp/firmware.bin"), 0);
