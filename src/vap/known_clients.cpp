@@ -6,7 +6,6 @@
 #include <cstring>
 
 using orlo::stage;
-using orlo::Text;
 
 namespace {
 
@@ -51,7 +50,7 @@ bool stage_action(const char (&action)[8]) {
 }
 
 bool add_client(const known_client_node& node) {
-    const Text<sizeof node.mac + 1> mac("%.*s", static_cast<int>(sizeof node.mac), node.mac);
+    const auto mac = orlo::read_inline(node.mac);
     if (*mac == '\0') {
         LOG_TRACE_FOR(apply_clients, "error: This node is a null string in mac list.\n");
         return false;
