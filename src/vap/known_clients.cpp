@@ -6,7 +6,6 @@
 #include <cstring>
 
 using orlo::stage;
-using orlo::Text;
 
 namespace {
 
