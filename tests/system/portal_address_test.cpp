@@ -43,6 +43,10 @@ TEST_F(PortalAddress, ThatCannotBeWrittenDiscardsEverything) {
                             "set network.lan.cp_virt_ip=1.1.1.1 (failed)",
                             "log api_apply_cp_virt_ip: Error: Set Value Failed", "revert all"));
     EXPECT_THAT(staged(), IsEmpty());
+    EXPECT_FALSE(saving_restarts_network());
+}
+
+TEST_F(PortalAddress, ThatCannotBeDeletedDiscardsEverything) {
     configure("network.lan.cp_virt_ip", "1.1.1.1");
     ASSERT_EQ(ops.api_config_set_hash("abc"), 0);
     door.forget();
