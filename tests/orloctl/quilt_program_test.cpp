@@ -111,4 +111,5 @@ TEST_F(Orloctl, quilt_scan_without_a_result_fails) {
     const Ended ended = orloctl({"quilt", "scan"});
     EXPECT_EQ(ended.status, 1);
     EXPECT_THAT(ended.err, HasSubstr("orloctl: api_get_cqscan has nothing to report\n"));
+    EXPECT_THAT(ended.err, testing::Not(HasSubstr("orloctl:   "))) << "words of another operation";
 }
