@@ -181,6 +181,9 @@ int answer_setcmd(const Interface& interface, iwreq& request) {
     if (wanted.in == nullptr || wanted.out == nullptr) {
         return EFAULT;
     }
+    if (number_of(interface, "reply-room", wanted.out_length) != wanted.out_length) {
+        return ENOBUFS;
+    }
     constexpr unsigned char nothing[request_size] = {};
     if (memcmp(wanted.in, nothing, sizeof nothing) != 0) {
         return EINVAL;

@@ -27,9 +27,8 @@ bool read_first_line(const char* path, char* line, size_t size) {
 class CounterFolder {
 public:
     explicit CounterFolder(const char* interface) {
-        const int length =
-            snprintf(path_, sizeof path_, "/sys/class/net/%s/statistics/", interface);
-        name_ = path_ + (static_cast<size_t>(length) < sizeof path_ ? length : 0);
+        snprintf(path_, sizeof path_, "/sys/class/net/%s/statistics/", interface);
+        name_ = path_ + strlen(path_);
     }
     CounterFolder(const CounterFolder&) = delete;
     CounterFolder& operator=(const CounterFolder&) = delete;

@@ -5,6 +5,8 @@
 #include "ops/operations.h"
 #include "uci/option.h"
 
+#include <cstring>
+
 using orlo::counted_from_one;
 using orlo::OptionValue;
 using orlo::Text;

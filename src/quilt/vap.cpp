@@ -185,14 +185,8 @@ private:
         const uint32_t versions = is_wpa(security) ? entry_.wpa_personal.wpa : 0;
 
         SecurityTranslator translator(speaker, quilt_security_wording, radio_, vap_);
-        Outcome outcome = translate(&translator, security);
-        if (outcome == Outcome::done) {
-            outcome = translator.clean_up(security, versions);
-        }
-        if (outcome == Outcome::done) {
-            outcome = translator.protect_frames(security, versions, entry_.mfp);
-        }
-        return finish(outcome);
+        const Outcome translation = translate(&translator, security);
+        return translator.finish(translation, security, versions, entry_.mfp);
     }
 
     Outcome translate(SecurityTranslator* translator, Security security) const {

@@ -6,6 +6,7 @@
 #include <cstring>
 
 using orlo::outcome;
+using orlo::read_inline;
 using orlo::stage;
 using orlo::Text;
 
@@ -63,9 +64,9 @@ int stage_enabled(int dst_enable) {
 
 // Start and end alike are logged as the end.
 int stage_rule(const char* key, const dst_rule& rule) {
-    const auto month = orlo::read_inline(rule.month);
-    const auto ordinal = orlo::read_inline(rule.ordinal);
-    const auto weekday = orlo::read_inline(rule.weekday);
+    const auto month = read_inline(rule.month);
+    const auto ordinal = read_inline(rule.ordinal);
+    const auto weekday = read_inline(rule.weekday);
     const char* month_code = code_of(months, month);
     if (month_code == nullptr) {
         LOG_TRACE_FOR(apply_daylight_saving, "Unknown month: %s \n", month.c_str());

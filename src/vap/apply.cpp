@@ -132,14 +132,9 @@ Result apply_security(uint32_t radio, uint32_t vap, const vap_settings& settings
     const uint32_t versions = wpa_versions(settings, security);
 
     SecurityTranslator translator(speaker, orlo::vap_security_wording, radio, vap);
-    Outcome outcome = translate(&translator, settings, security);
-    if (outcome == Outcome::done) {
-        outcome = translator.clean_up(security, versions);
-    }
-    if (outcome == Outcome::done) {
-        outcome = translator.protect_frames(security, versions, settings.mfp);
-    }
-    return orlo::finish(outcome) == 0 ? success : failure;
+    const Outcome translation = translate(&translator, settings, security);
+    return translator.finish(translation, security, versions, settings.mfp) == 0 ? success
+                                                                                 : failure;
 }
 
 Result apply_enabled_vap(uint32_t radio, uint32_t vap, vap_settings* settings) {

@@ -76,18 +76,6 @@ Security security_named(const char* name) {
     return Security::unknown;
 }
 
-int finish(Outcome outcome) {
-    switch (outcome) {
-    case Outcome::done:
-        return 0;
-    case Outcome::refused:
-        return discard_staged();
-    case Outcome::refused_keeping_staged:
-        break;
-    }
-    return -1;
-}
-
 Outcome SecurityTranslator::open() {
     return outcome_of(write("security", "none") && write("encryption", "none") &&
                       (remove("key") || refuse(wording_.delete_failed)));
@@ -107,6 +95,25 @@ void SecurityTranslator::dynamic_wep(const char* name, const dot1x& settings) {
                   settings.Bcast_refresh_rate);
     not_supported("vap_settings[%d].dot1x.Session_refresh_rate:%d NOT support.\n",
                   settings.Session_refresh_rate);
+}
+
+int SecurityTranslator::finish(Outcome translation, Security security, uint32_t wpa, int32_t mfp) {
+    Outcome outcome = translation;
+    if (outcome == Outcome::done) {
+        outcome = clean_up(security, wpa);
+    }
+    if (outcome == Outcome::done) {
+        outcome = protect_frames(security, wpa, mfp);
+    }
+    switch (outcome) {
+    case Outcome::done:
+        return 0;
+    case Outcome::refused:
+        return discard_staged();
+    case Outcome::refused_keeping_staged:
+        break;
+    }
+    return -1;
 }
 
 Outcome SecurityTranslator::clean_up(Security security, uint32_t wpa) {

@@ -79,9 +79,6 @@ constexpr Outcome outcome_of(bool done) {
     return done ? Outcome::done : Outcome::refused;
 }
 
-// 0, or -1 with everything staged discarded, but for the one refusal that keeps it.
-int finish(Outcome outcome);
-
 // Translates the settings of one VAP.
 class SecurityTranslator {
 public:
@@ -95,15 +92,19 @@ public:
     Outcome personal(const wpa_personal& settings);
     Outcome enterprise(const wpa_enterprise& settings, const radius_server (&servers)[2]);
 
+    // What follows the translation to any security. 0, or -1 with everything staged discarded, but
+    // for the one refusal that keeps it.
+    int finish(Outcome translation, Security security, uint32_t wpa, int32_t mfp);
+
+private:
+    struct WpaOptions;
+
     // Takes away the options of WPA3 that a VAP of this security and these versions does not use.
     Outcome clean_up(Security security, uint32_t wpa);
 
     // Protects the VAP's management frames as its versions of WPA call for; other security has no
     // such protection.
     Outcome protect_frames(Security security, uint32_t wpa, int32_t mfp);
-
-private:
-    struct WpaOptions;
 
     Text<128> key_of(const char* option) const;
     bool write(const char* option, const char* value);

@@ -16,13 +16,6 @@ protected:
         return datagram;
     }
 
-    // The number that the next descriptor gets.
-    static int next_descriptor() {
-        const int next = dup(0);
-        close(next);
-        return next;
-    }
-
     static int announce() {
         return exported<decltype(::sent_assoc_client_to_orloagent)>(
             "sent_assoc_client_to_orloagent")();

@@ -137,6 +137,17 @@ TEST_F(QuiltClients, AreReadFromLinesOfAnyLength) {
     EXPECT_THAT(macs(1, 1), testing::EndsWith("a4:5e:60:00:00:03"));
 }
 
+TEST_F(QuiltClients, AreReadFromPiecesOf90111CharactersOfALine) {
+    const std::string rest = std::string(" 60 ") + bssid + " 1 - - - 10.0.0.1";
+    const std::string first = "a4:5e:60:00:00:01" + rest;
+    const std::string second = "a4:5e:60:00:00:02" + rest;
+    constexpr size_t piece = 90111;
+    ASSERT_EQ(prepare_from(first + std::string(piece - first.size() - 1, ' ') + second + "\n"), 0);
+    EXPECT_EQ(macs(1, 1), "a4:5e:60:00:00:01") << "the second address is cut";
+    ASSERT_EQ(prepare_from(first + std::string(piece - first.size(), ' ') + second + "\n"), 0);
+    EXPECT_EQ(macs(1, 1), "a4:5e:60:00:00:01 a4:5e:60:00:00:02");
+}
+
 TEST_F(QuiltClients, MayBeMany) {
     std::string lines;
     for (int i = 1; i <= 1000; i++) {

@@ -46,10 +46,11 @@ TEST_F(VapSsid, OfAVapThatDoesNotExistIsNone) {
     EXPECT_EQ(get(0, 16), "(NULL)");
     door.forget();
     EXPECT_EQ(get(INT_MAX, INT_MIN), "(NULL)");
-    EXPECT_THAT(door.trace(),
-                ElementsAre("log api_get_vap_ssid: Entering... radio=-2147483648 vap=-2147483648",
-                            "log api_get_vap_ssid: uci get wireless.wifi2147483647vap-2147483648.ss "
-                            "Failed!"));
+    EXPECT_THAT(
+        door.trace(),
+        ElementsAre("log api_get_vap_ssid: Entering... radio=-2147483648 vap=-2147483648",
+                    "log api_get_vap_ssid: uci get wireless.wifi2147483647vap-2147483648.ss "
+                    "Failed!"));
 }
 
 TEST_F(VapSsid, OfThirtyTwoCharactersIsWholeAndALongerTextEndsBehindThirtyThree) {

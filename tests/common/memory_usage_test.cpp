@@ -58,12 +58,9 @@ TEST_F(MemoryUsage, PrintsNothingWhenTheCountsCannotBeRead) {
 }
 
 TEST_F(MemoryUsage, LeavesNoFileOpen) {
-    const int next = dup(0);
-    close(next);
+    const int next = next_descriptor();
     stderr_of([&] { ops.api_show_mem_usage("tag"); });
-    const int still_next = dup(0);
-    close(still_next);
-    EXPECT_EQ(still_next, next);
+    EXPECT_EQ(next_descriptor(), next);
 }
 
 TEST_F(MemoryUsage, IsAlsoExported) {

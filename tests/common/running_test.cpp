@@ -3,6 +3,9 @@
 
 #include "support/access_point.h"
 
+#include <cstring>
+#include <sys/wait.h>
+
 namespace orlo::test {
 
 TEST(ExitCode, IsInTheSecondByteOfAWaitStatus) {
@@ -25,6 +28,26 @@ TEST_F(Running, LogsOnlyACommandThatCannotBeStarted) {
     EXPECT_THAT(door.trace({"log"}), ElementsAre("log op: Execute system call 'true %s' failed"));
 }
 
+TEST_F(Running, LeavesNeitherADescriptorNorAProcess) {
+    const int next = next_descriptor();
+    {
+        CommandOutput output("echo first; echo second");
+        char line[16];
+        EXPECT_TRUE(output.read_line(line, sizeof line));
+        CommandOutput closed("exit 1");
+        EXPECT_TRUE(closed.printed_nothing());
+        closed.close();
+    }
+    for (const char* command : {"echo first; echo second", "exit 1"}) {
+        char text[32] = {};
+        strcpy(text, command);
+        replace_by_output(text, sizeof text);
+        execute_system_call(command, text, sizeof text, 1);
+    }
+    EXPECT_EQ(next_descriptor(), next);
+    EXPECT_EQ(waitpid(-1, nullptr, 0), -1) << "every command has been waited for";
+}
+
 TEST_F(Running, StrictlyTellsEveryEnd) {
     EXPECT_EQ(run_strictly("op", "true"), 0);
     EXPECT_EQ(run_strictly("op", "exit 200"), -1);
@@ -37,6 +60,14 @@ TEST_F(Running, StrictlyTellsEveryEnd) {
                             "run kill -KILL $$",
                             "log op: System command already exit, exit status = 9",
                             "run true (failed)", "log op: System command error"));
+}
+
+TEST_F(Running, StrictlyShowsTheWholeStatusOfACommandThatASignalEnded) {
+    constexpr int with_core_dump = 0x86;
+    door.on_run = [](const std::string&) { return with_core_dump; };
+    EXPECT_EQ(run_strictly("op", "true"), -1);
+    EXPECT_THAT(door.trace({"log"}),
+                ElementsAre("log op: System command already exit, exit status = 134"));
 }
 
 } // namespace orlo::test

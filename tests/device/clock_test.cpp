@@ -85,6 +85,7 @@ TEST(Clock, of_the_access_point_takes_local_time_unless_told_otherwise) {
     EXPECT_EQ(shell("date -s '2031-05-06 07:08:00'").out, "Tue May  6 07:08:00 CET 2031\n");
     EXPECT_EQ(shell("date -u +%H").out, "06\n");
     EXPECT_EQ(shell("date -u -s '2031-05-06 07:08:00'").out, "Tue May  6 07:08:00 UTC 2031\n");
+    EXPECT_EQ(shell("date -s '2031-05-06 07:08:00' -u").out, "Tue May  6 07:08:00 UTC 2031\n");
     EXPECT_EQ(shell("date +%H").out, "08\n");
     EXPECT_EQ(shell("TZ=EST5 date +%H").out, "02\n");
 }
@@ -109,6 +110,8 @@ TEST(Clock, date_refuses_a_time_that_is_none) {
 
 TEST(Clock, date_refuses_options_it_does_not_know) {
     EXPECT_EQ(shell("date -us 203105060708").err, "date: unknown option \"-us\"\n");
+    EXPECT_EQ(shell("date -s '2031-05-06 07:08:00' -x").err, "date: unknown option \"-x\"\n");
+    EXPECT_EQ(shell("date +%Y").out, shell("/bin/busybox date +%Y").out) << "nothing was set";
 }
 
 TEST(Clock, date_shows_times_as_busybox_does) {

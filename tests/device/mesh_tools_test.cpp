@@ -35,8 +35,9 @@ TEST(MeshTools, each_station_has_an_address_and_two_counters) {
     EXPECT_EQ(links_of("ath11"), "06:0c:43:20:30:31 25610900 6120460\n"
                                  "06:0c:43:20:40:31 7010050 2900110\n");
     EXPECT_EQ(links_of("wdev1ap1"), links_of("ath11"));
-    write_file("/var/run/device/stations/wdev1ap1", "06:aa:00:00:00:01\n");
-    EXPECT_EQ(links_of("ath11"), "06:aa:00:00:00:01 0 0\n");
+    write_file("/var/run/device/stations/wdev1ap1",
+               "06:AA:00:00:00:01 rx-bytes=7 tx-bytes=8\n06:aa:00:00:00:02\n");
+    EXPECT_EQ(links_of("ath11"), "06:aa:00:00:00:01 7 8\n06:aa:00:00:00:02 0 0\n");
 }
 
 TEST(MeshTools, older_names_are_those_of_the_first_eight_vaps) {

@@ -82,6 +82,12 @@ TEST_F(DriverProbe, NeedsACommandThatTakesText) {
     EXPECT_EQ(probe_with("private setcmd 8be4 a900 0\n"), 1) << "other bits mean nothing here";
 }
 
+TEST_F(DriverProbe, HasRoomFor128BytesOfReply) {
+    EXPECT_EQ(probe_with(setcmd + "reply-room 128\n"), 1);
+    EXPECT_EQ(probe_with(setcmd + "reply-room 127\n"), 0);
+    EXPECT_EQ(probe_with(setcmd + "reply-room 129\n"), 0);
+}
+
 TEST_F(DriverProbe, GivesTheWholeBufferOfTheText) {
     EXPECT_EQ(probe_with("private setcmd 8be4 2100 0\n"), 1);
     EXPECT_EQ(probe_with("private setcmd 8be4 20ff 0\n"), 0) << "256 bytes do not go into 255";

@@ -211,6 +211,16 @@ TEST_F(StationTable, MayEndInTheMiddleOfAnEntry) {
     EXPECT_EQ(read().length, 0) << "no count";
 }
 
+TEST_F(StationTable, HasRoomFor32768BytesOfReply) {
+    many_stations(2);
+    tell("reply-room 32768\n");
+    EXPECT_EQ(read().length, 2 * 88);
+    tell("reply-room 32767\n");
+    expect_refusal("less room");
+    tell("reply-room 32769\n");
+    expect_refusal("more room");
+}
+
 TEST_F(StationTable, IsRefusedWithoutItsMagic) {
     many_stations(2);
     tell("magic 4d52564b\n");

@@ -100,6 +100,8 @@ TEST_F(DriverQuery, TheListOfChannelsIsGivenRoomForALargerStructure) {
 TEST_F(DriverQuery, AnExtremeExponentIsNoChannel) {
     tell_driver("wdev1", "frequency 5180 32767\nrange 36:5180:6\n");
     EXPECT_EQ(channel_of("wdev1"), -1);
+    tell_driver("wdev1", "frequency 5180 32767\nrange 36:5180:300\n");
+    EXPECT_EQ(channel_of("wdev1"), -1) << "nor is it another one";
 }
 
 TEST_F(DriverQuery, AVapRunsOnItsRadiosChannel) {
@@ -109,6 +111,9 @@ TEST_F(DriverQuery, AVapRunsOnItsRadiosChannel) {
     EXPECT_EQ(channel_of("wdev1ap"), -1) << "not a VAP's name: asked as it stands";
     EXPECT_EQ(channel_of("mon.wdev1ap3"), 149) << "a VAP's monitor: asked for itself";
     EXPECT_EQ(channel_of("mon.mon.wdev1"), -1) << "one prefix is dropped";
+    tell_driver("wdev1", "frequency 5220 6\nrange 44:5220:6\n");
+    tell_driver("wdev1ap3", "frequency 149 0\nrange 149:5220:6\n");
+    EXPECT_EQ(channel_of("wdev1ap3"), 44) << "and in its radio's list";
 }
 
 TEST_F(DriverQuery, EachRefusedRequestFailsTheChannel) {

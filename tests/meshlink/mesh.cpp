@@ -1,6 +1,5 @@
 #include "meshlink/mesh.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <jansson.h>
 
@@ -95,9 +94,7 @@ std::string Mesh::text_of(json_t* report) {
     }
     char* text = json_dumps(report, JSON_COMPACT);
     std::string copy = text == nullptr ? "(no text)" : text;
-    json_free_t release = nullptr;
-    json_get_alloc_funcs(nullptr, &release);
-    release(text);
+    JsonMemory::release_text(text);
     json_decref(report);
     return copy;
 }

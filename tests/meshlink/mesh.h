@@ -2,8 +2,8 @@
 // reports that come of it.
 #pragma once
 
-#include "meshlink/json_memory.h"
 #include "support/access_point.h"
+#include "support/json_memory.h"
 
 struct json_t;
 
@@ -46,9 +46,8 @@ protected:
     // What was logged at error level, without the module: "get_ml_path: failed to ...".
     Trace errors() const;
 
-    JsonMemory json_memory;
-
 private:
+    JsonMemory json_memory_;
     std::string mesh_vap_;
 };
 

@@ -1,5 +1,5 @@
 // The statistics report: what the mesh links have carried since the last report.
-#include "meshlink/mesh.h"
+#include "meshlink/statistics.h"
 
 #include <climits>
 #include <jansson.h>
@@ -10,64 +10,11 @@ namespace orlo::test {
 namespace {
 
 const std::string portal_command = "cat /sys/kernel/debug/sta/mesh_is_portal_ap";
-const std::string station_command = "ifconfig | grep -e '^mesh[0-9]' | cut -d ' ' -f 1";
-const std::string traffic_command = "grep mesh0: /proc/net/dev | awk '{print $2,$10}'";
 const std::string links_command =
     "hostapd_cli -i ath11 -p /var/run/hostapd-wifi1/ all_sta | grep -e bytes -e STAAddress | "
     "awk -F= '{if(NR%3==0){ORS=\"\\n\"}else{ORS=\" \"} print $2}'";
-const std::string one_line = "awk '{if(NR%3==1){ORS=\" \"; print $1}else if(NR%3==2){ORS=\" \"; "
-                             "print $2}else{ORS=\"\\n\"; print$2}}'";
-
-std::string speed_command(const std::string& interface, const std::string& chosen) {
-    return "iwinfo " + interface + " assoclist | " + chosen + " | " + one_line;
-}
-
-const std::string child = "06:11:22:33:44:57";
-const std::string child_speed_command = speed_command("ath11", "grep -ie " + child + " -A 2");
-const std::string parent_speed_command = speed_command("mesh0", "head -n 3");
-
-// 866.5 Mbit/s as reports tell it.
-const char* const child_speed = "908591104";
 
 } // namespace
-
-// One access point is connected to this one, which is connected upward.
-class MeshStatistics : public Mesh {
-protected:
-    MeshStatistics() {
-        start_station();
-        carry(0, 0, 0, 0);
-        answer_assoclist(association(child, "780.0", "866.5"));
-    }
-
-    // What the links have carried so far.
-    static void carry(long long child_received, long long child_sent, long long parent_received,
-                      long long parent_sent) {
-        answer_all_sta(station(child, std::to_string(child_received), std::to_string(child_sent)));
-        answer_net_dev(
-            "  eth0: 5 1 0 0 0 0 0 0 6 1 0 0 0 0 0 0\n mesh0: " + std::to_string(parent_received) +
-            " 100 1 2 3 4 5 6 " + std::to_string(parent_sent) + " 200 7 8 9 10 11 12\n");
-    }
-
-    static std::string report_of(const std::string& vap_rates, const std::string& sta_rates) {
-        return R"({"ML VAP":[{"MAC Address":"04:11:22:33:44:40","Radio ID":1,"VAP ID":1,)" +
-               vap_rates + R"(,"Link Speed":)" + child_speed +
-               R"(}],"ML STA":[{"Radio ID":1,"VAP ID":1,)" + sta_rates + R"(,"Link Speed":)" +
-               child_speed + "}]}";
-    }
-
-    static std::string rates(const std::string& sent, const std::string& received) {
-        return R"("Bytes Transmitted":)" + sent + R"(,"Bytes Received":)" + received;
-    }
-
-    // One part of a report: "ML VAP" or "ML STA".
-    std::string part(const char* name) {
-        json_t* report = ops.create_ml_statistics_report();
-        json_t* kept = json_incref(json_object_get(report, name));
-        json_decref(report);
-        return text_of(kept);
-    }
-};
 
 TEST_F(MeshStatistics, OfTheFirstReportAreZero) {
     carry(2000000, 1000000, 4000000, 3000000);
@@ -117,7 +64,7 @@ TEST_F(MeshStatistics, OfTheFirstReportAreZero) {
             "log 8/5 ml_sta_entry_json: Enter",
             "log 8/4 create_ml_sta_json: diff: tx:0, rx: 0, diff: 0",
         }));
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatistics, AreBytesPerSecondSinceTheLastReport) {
@@ -133,7 +80,7 @@ TEST_F(MeshStatistics, AreBytesPerSecondSinceTheLastReport) {
                                "rx: 50000, diff: 10",
                                "log 8/4 create_ml_sta_json: diff: tx:9, rx: 50, diff: 10"}));
     EXPECT_THAT(door.trace(), testing::Contains("log 8/5 diff_ml_counter: Enter").Times(2));
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
     door.now = 1020;
     EXPECT_EQ(statistics_report(), report_of(rates("0", "0"), rates("0", "0")))
         << "compared with the report before, not with the first";
@@ -190,7 +137,7 @@ TEST_F(MeshStatistics, ReferencesOfAReportAreAllItsOwn) {
         EXPECT_EQ(json_array_get(links, 0)->refcount, 1U) << name;
     }
     json_decref(report);
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatistics, AreAlsoFoundByName) {
@@ -220,27 +167,6 @@ TEST_F(MeshStatistics, NameTheMeshVap) {
     EXPECT_THAT(door.trace({"read"}), testing::Contains(StartsWith("read iwinfo ath07 assoclist")));
 }
 
-TEST_F(MeshStatistics, OfTheRootHaveNoLinkUpward) {
-    answer_portal("Y\n");
-    EXPECT_EQ(part("ML STA"), "[]");
-    EXPECT_THAT(part("ML VAP"), StartsWith(R"([{"MAC Address":"04:11:22:33:44:40")"));
-    EXPECT_THAT(door.trace({"read"}), testing::Not(testing::Contains("read " + station_command)));
-    EXPECT_EQ(json_memory.in_use(), 0);
-}
-
-TEST_F(MeshStatistics, OfTheLinkUpwardStartAnewAfterTheAccessPointWasTheRoot) {
-    carry(0, 0, 1000, 1000);
-    statistics_report();
-    answer_portal("Y\n");
-    door.now = 1010;
-    statistics_report();
-    answer_portal("N\n");
-    door.now = 1020;
-    carry(4000, 4000, 4000, 4000);
-    EXPECT_EQ(statistics_report(), report_of(rates("400", "400"), rates("0", "0")))
-        << "while the links to the mesh VAP go on";
-}
-
 TEST_F(MeshStatistics, AreNoneForARootWithoutLinks) {
     answer_portal("Y\n");
     answer_all_sta("");
@@ -248,7 +174,7 @@ TEST_F(MeshStatistics, AreNoneForARootWithoutLinks) {
     EXPECT_EQ(door.trace().back(),
               "log 8/4 create_ml_statistics_report: no statistics data, skipped.");
     EXPECT_THAT(errors(), IsEmpty());
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatistics, OfALeafHaveTheLinkUpwardOnly) {
@@ -274,7 +200,7 @@ TEST_F(MeshStatistics, CountEveryLinkOfTheMeshVap) {
         answer_all_sta(stations);
         door.now++;
         EXPECT_EQ(part("ML VAP"), "[" + expected + "]") << count;
-        EXPECT_EQ(json_memory.in_use(), 0);
+        EXPECT_EQ(JsonMemory::in_use(), 0);
     }
 }
 
@@ -336,145 +262,6 @@ TEST_F(MeshStatistics, SkipStationsThatHostapdDoesNotDescribe) {
     json_decref(report);
 }
 
-TEST_F(MeshStatistics, TellTheLinkSpeedOfEachStation) {
-    const std::string other = "06:aa:bb:cc:dd:e1";
-    answer_all_sta(station(child, "0", "0") + station(other, "0", "0"));
-    answer_assoclist(association("06:AA:BB:CC:DD:E1", "1", "2") +
-                     association(child, "780.0", "866.5"));
-    EXPECT_THAT(part("ML VAP"), testing::MatchesRegex(".*04:11:22.*\"Link Speed\":908591104.,."
-                                                      ".*04:aa:bb.*\"Link Speed\":2097152.."));
-    EXPECT_THAT(part("ML STA"), HasSubstr("\"Link Speed\":2097152"))
-        << "the first station of the interface";
-}
-
-TEST_F(MeshStatistics, KnowTheLinkSpeedOfWhateverTheDriverSays) {
-    const struct {
-        const char* rate;
-        const char* speed;
-    } rows[] = {
-        {"0", "0"},
-        {"0.0000001", "0"},
-        {"0.1", "104857"},
-        {"1", "1048576"},
-        {"6.5", "6815744"},
-        {"2047", "2146435072"},
-        {"2047.99999", "2147483637"},
-        {"2048", "2147483647"},
-        {"1e300", "2147483647"},
-        {"inf", "2147483647"},
-        {"nan", "0"},
-        {"-1", "0"},
-        {"-5000", "0"},
-        {"-inf", "0"},
-    };
-    for (const auto& row : rows) {
-        answer_assoclist(association(child, "1", row.rate));
-        EXPECT_THAT(part("ML VAP"), HasSubstr("\"Link Speed\":" + std::string(row.speed) + "}"))
-            << row.rate;
-        EXPECT_THAT(part("ML STA"), HasSubstr("\"Link Speed\":" + std::string(row.speed) + "}"))
-            << row.rate;
-        EXPECT_THAT(errors(), IsEmpty());
-    }
-}
-
-TEST_F(MeshStatistics, TellNoLinkSpeedThatIsNotListed) {
-    answer_assoclist("No station connected\n");
-    EXPECT_THAT(part("ML VAP"), HasSubstr("\"Link Speed\":0}"));
-    EXPECT_THAT(errors(), ElementsAre("get_link_speed: invalid output No "))
-        << "of the first station of mesh0";
-    EXPECT_THAT(door.trace(), testing::Not(testing::Contains(HasSubstr("tx: 0.0"))));
-    answer_assoclist("");
-    door.forget();
-    EXPECT_THAT(part("ML STA"), HasSubstr("\"Link Speed\":0}"));
-    EXPECT_THAT(errors(), IsEmpty());
-    EXPECT_THAT(door.trace(), testing::Not(testing::Contains(HasSubstr("tx: 0.0"))));
-}
-
-TEST_F(MeshStatistics, TellNoLinkSpeedThatIsNotUnderstood) {
-    const struct {
-        std::string list;
-        std::string line;
-    } rows[] = {
-        {child + " -47 dBm\n\tRX: unknown\n\tTX: 866.5 MBit/s\n", child + " unknown 866.5"},
-        {child + " -47 dBm\n\tRX: 780.0\n\tTX: unknown\n", child + " 780.0 unknown"},
-        {child + " -47 dBm\n\tRX: 780.0\n", child + " 780.0 "},
-        {child + "\n", child + " "},
-        {child + std::string(1000, 'x') + "\n\tRX: 1\n\tTX: 2\n", child + std::string(110, 'x')},
-    };
-    for (const auto& row : rows) {
-        answer_assoclist(row.list);
-        door.forget();
-        EXPECT_THAT(part("ML VAP"), HasSubstr("\"Link Speed\":0}")) << row.line;
-        EXPECT_THAT(errors(), ElementsAre("get_link_speed: invalid output " + row.line,
-                                          "get_link_speed: invalid output " + row.line));
-    }
-}
-
-TEST_F(MeshStatistics, GoOnWhenALinkSpeedCannotBeAskedFor) {
-    door.fail(Call::popen, 2);
-    EXPECT_THAT(part("ML VAP"), HasSubstr("\"Link Speed\":0}"));
-    EXPECT_THAT(errors(), ElementsAre("get_link_speed: failed to execute " + child_speed_command));
-    door.forget();
-    door.fail(Call::popen, 6);
-    EXPECT_THAT(part("ML STA"), HasSubstr("\"Link Speed\":0}"));
-    EXPECT_THAT(errors(), ElementsAre("get_link_speed: failed to execute " + parent_speed_command));
-}
-
-TEST_F(MeshStatistics, GiveNothingButAnAddressToTheShell) {
-    for (const char* address :
-         {"$(touch${IFS}x)", "a;touch<x", "|touch", "`touch`", "-f/etc/passwd"}) {
-        answer_all_sta(station(address, "1", "2"));
-        door.forget();
-        EXPECT_THAT(part("ML VAP"), HasSubstr("\"Link Speed\":0}")) << address;
-        EXPECT_THAT(errors(), testing::Contains("get_link_speed: invalid output " +
-                                                std::string(address).substr(0, 17)));
-        EXPECT_THAT(door.trace({"read"}), testing::Not(testing::Contains(HasSubstr(address))));
-    }
-}
-
-TEST_F(MeshStatistics, FindTheStationByTheDigitOfItsInterface) {
-    for (int digit = 1; digit < 10; digit++) {
-        write_file("/var/run/device/interfaces", "lo up - 127.0.0.1 255.0.0.0\n");
-        const std::string name = "mesh" + std::to_string(digit);
-        start_station(name);
-        answer_net_dev(name + ": 1 0 0 0 0 0 0 0 2\n");
-        door.forget();
-        EXPECT_NE(statistics_report(), "NULL");
-        EXPECT_THAT(
-            door.trace({"read"}),
-            testing::IsSupersetOf({"read grep " + name + ": /proc/net/dev | awk '{print $2,$10}'",
-                                   "read " + speed_command(name, "head -n 3")}));
-    }
-    write_file("/var/run/device/interfaces", "");
-    start_station("mesh3x");
-    start_station("amesh2");
-    door.forget();
-    EXPECT_NE(statistics_report(), "NULL");
-    EXPECT_THAT(door.trace({"read"}), testing::Contains(HasSubstr("grep mesh3: ")));
-}
-
-TEST_F(MeshStatistics, AreNoneWithoutTheInterfaceOfTheStation) {
-    write_file("/var/run/device/interfaces", "mesh0 down -\nwdev0 up -\n");
-    EXPECT_EQ(statistics_report(), "NULL");
-    Trace lines = errors();
-    ASSERT_EQ(lines.size(), 3U);
-    EXPECT_EQ(lines[0], "get_ml_sta_counter: there is no ML-STA interface");
-    EXPECT_EQ(lines[1], "create_ml_sta_json: failed to get ml sta counter information");
-    EXPECT_THAT(lines[2],
-                testing::MatchesRegex("create_ml_statistics_report: failed to get information, "
-                                      "vap: 0x[0-9a-f]+, sta: \\(nil\\)"));
-    EXPECT_EQ(json_memory.in_use(), 0);
-    start_station();
-    door.forget();
-    door.fail(Call::popen, 4);
-    EXPECT_EQ(statistics_report(), "NULL");
-    lines = errors();
-    ASSERT_EQ(lines.size(), 4U);
-    EXPECT_EQ(lines[0], "get_ml_sta_counter: failed to execute " + station_command);
-    EXPECT_EQ(lines[1], "get_ml_sta_counter: there is no ML-STA interface");
-    EXPECT_EQ(json_memory.in_use(), 0);
-}
-
 TEST_F(MeshStatistics, AreNoneWhenTheLinksCannotBeRead) {
     door.fail(Call::popen, 1);
     EXPECT_EQ(statistics_report(), "NULL");
@@ -487,7 +274,7 @@ TEST_F(MeshStatistics, AreNoneWhenTheLinksCannotBeRead) {
                                       "vap: \\(nil\\), sta: 0x[0-9a-f]+"));
     EXPECT_THAT(door.trace({"read"}), testing::Contains("read " + traffic_command))
         << "the station is asked all the same";
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatistics, AreNoneWhenTheMeshVapIsSwitchedOffMeanwhile) {
@@ -502,7 +289,7 @@ TEST_F(MeshStatistics, AreNoneWhenTheMeshVapIsSwitchedOffMeanwhile) {
         for (const std::string& line : errors()) {
             reported.insert(line.substr(0, line.find(", vap")));
         }
-        EXPECT_EQ(json_memory.in_use(), 0);
+        EXPECT_EQ(JsonMemory::in_use(), 0);
         ASSERT_LT(readings, 500);
     } while (!door.expects_failure(Call::uci_lookup_ptr));
     EXPECT_THAT(reported,
@@ -511,41 +298,6 @@ TEST_F(MeshStatistics, AreNoneWhenTheMeshVapIsSwitchedOffMeanwhile) {
                             "create_ml_vap_json: failed to get ml vap counter information",
                             "get_ml_sta_counter: failed to get radio/vap id",
                             "get_ml_vap_counters: failed to get NVX-ML vap"));
-}
-
-TEST_F(MeshStatistics, AreNoneWhenTheTrafficOfTheStationIsNotUnderstood) {
-    const struct {
-        const char* counters;
-        const char* line;
-    } rows[] = {
-        {"mesh0: 1 2\n", "1 "},
-        {"mesh0:\n", " "},
-        {"mesh0: x 0 0 0 0 0 0 0 2\n", "x 2"},
-        {"mesh0: 1 0 0 0 0 0 0 0 x\n", "1 x"},
-        {"mesh0:1 0 0 0 0 0 0 0 2\n", "0 "},
-    };
-    for (const auto& row : rows) {
-        answer_net_dev(row.counters);
-        door.forget();
-        EXPECT_EQ(statistics_report(), "NULL") << row.counters;
-        ASSERT_EQ(errors().size(), 3U) << row.counters;
-        EXPECT_EQ(errors()[0], "get_ml_sta_counter: invalid output: " + std::string(row.line));
-        EXPECT_EQ(json_memory.in_use(), 0);
-    }
-    carry(0, 0, 0, 0);
-    door.forget();
-    door.fail(Call::popen, 5);
-    EXPECT_EQ(statistics_report(), "NULL");
-    EXPECT_EQ(errors()[0], "get_ml_sta_counter: failed to execute " + traffic_command);
-}
-
-TEST_F(MeshStatistics, TakeAStationWithoutTrafficLineForOneThatHasCarriedNothingEver) {
-    answer_net_dev("");
-    EXPECT_EQ(part("ML STA"),
-              "[{\"Radio ID\":1,\"VAP ID\":1," + rates("0", "0") + ",\"Link Speed\":908591104}]");
-    EXPECT_THAT(door.trace(), testing::Not(testing::Contains(HasSubstr("last_updated"))));
-    carry(0, 0, 5000, 2000);
-    EXPECT_THAT(part("ML STA"), HasSubstr(rates("2", "5"))) << "in 1000 seconds since 1970";
 }
 
 TEST_F(MeshStatistics, KeepTheSampleOfAPartThatFails) {
@@ -564,6 +316,28 @@ TEST_F(MeshStatistics, KeepTheSampleOfAPartThatFails) {
     door.now = 1020;
     carry(16000, 21000, 10500, 9000);
     EXPECT_EQ(statistics_report(), report_of(rates("0", "1000"), rates("0", "100")));
+}
+
+TEST_F(MeshStatistics, KeepTheSampleOfAPartWithAnEntryThatCannotBeMade) {
+    statistics_report();
+    door.now = 1010;
+    carry(1000, 1000, 1000, 1000);
+    JsonMemory::fail(3); // an array takes two allocations; the VAP's entry comes behind one
+    EXPECT_EQ(statistics_report(), "NULL");
+    EXPECT_EQ(errors()[0], "create_ml_vap_json: failed to create ml vap item");
+    door.now = 1020;
+    carry(3000, 3000, 3000, 3000);
+    EXPECT_EQ(statistics_report(), report_of(rates("150", "150"), rates("200", "200")));
+    door.now = 1030;
+    carry(4000, 4000, 4000, 4000);
+    answer_all_sta("");
+    door.forget();
+    JsonMemory::fail(5); // and the station's behind two, when the VAP has none
+    EXPECT_EQ(statistics_report(), "NULL");
+    EXPECT_EQ(errors()[0], "create_ml_sta_json: failed to create ml sta item");
+    door.now = 1040;
+    carry(7000, 7000, 7000, 7000);
+    EXPECT_EQ(statistics_report(), report_of(rates("0", "0"), rates("200", "200")));
 }
 
 TEST_F(MeshStatistics, AreNoneWithoutMemoryForTheCounters) {
@@ -590,7 +364,7 @@ TEST_F(MeshStatistics, AreNoneWithoutMemoryForTheCounters) {
         EXPECT_EQ(statistics_report(), "NULL") << row.allocation;
         ASSERT_EQ(errors().size(), 3U);
         EXPECT_EQ(errors()[0], std::string(row.step) + ": failed to allocate memory");
-        EXPECT_EQ(json_memory.in_use(), 0);
+        EXPECT_EQ(JsonMemory::in_use(), 0);
     }
     door.fail(Call::realloc, 5);
     EXPECT_NE(statistics_report(), "NULL");
@@ -605,10 +379,10 @@ TEST_F(MeshStatistics, LoseNoMemoryWhereverItRunsOut) {
         answer_all_sta(station(child, "0", "0") +
                        station("06:00:00:00:00:" + std::to_string(10 + n % 80), "0", "0"));
         door.forget();
-        json_memory.fail(n);
+        JsonMemory::fail(n);
         statistics_report();
-        complete = !json_memory.failed();
-        EXPECT_EQ(json_memory.in_use(), 0) << n;
+        complete = !JsonMemory::has_failed();
+        EXPECT_EQ(JsonMemory::in_use(), 0) << n;
         for (const std::string& line : errors()) {
             reported.insert(line.substr(0, line.find(", vap")));
         }

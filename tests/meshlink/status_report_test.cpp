@@ -67,7 +67,7 @@ TEST_F(MeshStatus, OfABranchTellsChildrenParentAndPath) {
                     "log 8/4 is_ml_root: res: N",
                     "log 8/3 create_ml_status_report: role: branch",
                 }));
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatus, OfALeafTellsParentAndPath) {
@@ -76,7 +76,7 @@ TEST_F(MeshStatus, OfALeafTellsParentAndPath) {
               R"({"role":2,"parent":{"macaddr":"04:00:00:00:00:40","score":47},)"
               R"("path":["04:00:00:00:00:60","04:00:00:00:00:40","04:00:00:00:00:20"]})");
     EXPECT_EQ(door.trace().back(), "log 8/3 create_ml_status_report: role: leaf");
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatus, OfTheRootTellsChildrenAndPath) {
@@ -87,7 +87,7 @@ TEST_F(MeshStatus, OfTheRootTellsChildrenAndPath) {
     EXPECT_THAT(door.trace(), testing::Contains("log 8/3 get_ml_parent: AP is root"));
     EXPECT_THAT(door.trace(), testing::Not(testing::Contains("read " + parent_command)));
     EXPECT_EQ(door.trace().back(), "log 8/3 create_ml_status_report: role: root");
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatus, OfARootWithoutChildrenIsStillThatOfARoot) {
@@ -105,7 +105,7 @@ TEST_F(MeshStatus, ReferencesOfAReportAreAllItsOwn) {
         EXPECT_EQ(json_object_get(report, part)->refcount, 1U) << part;
     }
     json_decref(report);
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatus, IsAlsoFoundByName) {
@@ -214,7 +214,7 @@ TEST_F(MeshStatus, TakesTheAccessPointForTheRootWhenThatCannotBeTold) {
     door.fail(Call::popen, 5);
     EXPECT_THAT(status_report(), StartsWith(R"({"role":0,)")) << "although it has a parent";
     EXPECT_THAT(errors(), ElementsAre("is_ml_root: failed to execute " + portal_command));
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatus, IsNoneWhenTheNeighboursOfABranchAreNotAllKnown) {
@@ -227,7 +227,7 @@ TEST_F(MeshStatus, IsNoneWhenTheNeighboursOfABranchAreNotAllKnown) {
                 testing::MatchesRegex("create_ml_status_report: insufficient params children: "
                                       "0x[0-9a-f]+, parent: \\(nil\\), path: 0x[0-9a-f]+"));
     EXPECT_EQ(lines[2], "create_ml_status_report: failed to pack JSON");
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatus, IsNoneForALeafWithoutAParent) {
@@ -241,7 +241,7 @@ TEST_F(MeshStatus, IsNoneForALeafWithoutAParent) {
     EXPECT_EQ(lines[1], "create_ml_status_report: failed to pack JSON");
     EXPECT_THAT(door.trace(), testing::Contains("log 8/3 get_ml_parent: AP has no parent"));
     EXPECT_THAT(door.trace(), testing::Contains("log 8/3 create_ml_status_report: role: leaf"));
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatus, OfARootIsNoneWhenItsChildrenCannotBeRead) {
@@ -254,14 +254,14 @@ TEST_F(MeshStatus, OfARootIsNoneWhenItsChildrenCannotBeRead) {
     EXPECT_THAT(lines[1], testing::MatchesRegex("create_ml_status_report: insufficient params "
                                                 "children: \\(nil\\), path: 0x[0-9a-f]+"));
     EXPECT_EQ(lines[2], "create_ml_status_report: failed to pack JSON");
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatus, TakesAnAccessPointForALeafWhenItsChildrenCannotBeRead) {
     door.fail(Call::popen, 2);
     EXPECT_THAT(status_report(), StartsWith(R"({"role":2,"parent":)"));
     EXPECT_THAT(errors(), ElementsAre("get_ml_children: failed to execute " + children_command));
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatus, IsNoneWithoutAPath) {
@@ -269,7 +269,7 @@ TEST_F(MeshStatus, IsNoneWithoutAPath) {
     EXPECT_EQ(status_report(), "NULL");
     EXPECT_THAT(errors(), ElementsAre("create_ml_status_report: no path information"));
     EXPECT_THAT(door.trace({"read"}), testing::SizeIs(4)) << "after everything has been asked";
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 
     answer_path("00:00:00:00:00:00 ---> 00:00:00:00:00:00\n");
     EXPECT_EQ(status_report(), "NULL");
@@ -280,7 +280,7 @@ TEST_F(MeshStatus, IsNoneWithoutAPath) {
     EXPECT_EQ(status_report(), "NULL");
     EXPECT_THAT(errors(), ElementsAre("get_ml_path: failed to execute " + path_command,
                                       "create_ml_status_report: no path information"));
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatus, PathIsReadFromTheRootDownInLowerCaseAndWithoutUnknownHops) {
@@ -302,7 +302,7 @@ TEST_F(MeshStatus, PathTakesWhateverTheScriptPrints) {
     answer_path("04:00:00:00:00:60 \xff\xfe\n");
     EXPECT_THAT(status_report(), HasSubstr(R"("path":["04:00:00:00:00:60"])"))
         << "what is no text is left out";
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatus, ChildrenAreNamedByTheirDevice) {
@@ -339,7 +339,7 @@ TEST_F(MeshStatus, HasAsManyChildrenAsHostapdLists) {
         json_decref(report);
         listed += "06:00:00:00:0" + std::string(1, "0123456789abcdef"[count]) + ":20\n";
     }
-    EXPECT_EQ(json_memory.in_use(), 0);
+    EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
 TEST_F(MeshStatus, ParentKeepsItsFirstOctet) {
@@ -382,7 +382,7 @@ TEST_F(MeshStatus, HasNoParentWhenTheMeshStatusIsNotUnderstood) {
         EXPECT_EQ(status_report(), "NULL") << row.status;
         ASSERT_FALSE(errors().empty());
         EXPECT_EQ(errors()[0], "get_ml_parent: invalid result, " + row.result);
-        EXPECT_EQ(json_memory.in_use(), 0);
+        EXPECT_EQ(JsonMemory::in_use(), 0);
     }
     door.forget();
     door.fail(Call::popen, 4);
@@ -401,16 +401,16 @@ TEST_F(MeshStatus, LosesNoMemoryWhereverItRunsOut) {
     std::set<std::string> reported;
     for (int n = 1; !complete; n++) {
         door.forget();
-        json_memory.fail(n);
+        JsonMemory::fail(n);
         const std::string report = status_report();
-        complete = !json_memory.failed();
-        EXPECT_EQ(json_memory.in_use(), 0) << n;
+        complete = !JsonMemory::has_failed();
+        EXPECT_EQ(JsonMemory::in_use(), 0) << n;
         for (const std::string& line : errors()) {
             reported.insert(line.substr(0, line.find(" params")));
         }
         ASSERT_LT(n, 200);
     }
-    json_memory.fail(0);
+    JsonMemory::fail(0);
     EXPECT_THAT(reported, ElementsAre("create_ml_status_report: failed to pack JSON",
                                       "create_ml_status_report: insufficient",
                                       "create_ml_status_report: no path information",

@@ -4,34 +4,11 @@
 #include <memory>
 
 #include "detail_file.h"
-#include "run_program.h"
+#include "on_the_access_point.h"
 
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
-
-namespace {
-
-// Behind orloctl: its exit status and the staged changes as they lie there.
-const std::string show_staged = "; echo \"status $?\"; cat /tmp/.uci/* 2>/dev/null";
-
-class OnTheAccessPoint : public testing::Test {
-protected:
-    // Runs a shell script there, in an access point of its own.
-    static Ended there(const std::string& script, const std::string& input = "") {
-        return run_program({{VIRTUAL_AP, "--", "/bin/sh", "-c", script}, input, {}});
-    }
-
-    void SetUp() override {
-        const Ended ended = there("true");
-        if (ended.status == 77) {
-            GTEST_SKIP() << ended.err;
-        }
-        ASSERT_EQ(ended.status, 0) << ended.err;
-    }
-};
-
-} // namespace
 
 TEST_F(OnTheAccessPoint, a_channel_that_is_set_can_be_read_back) {
     const Ended ended =
@@ -82,61 +59,6 @@ TEST_F(OnTheAccessPoint, an_option_that_is_not_there_is_unknown) {
     EXPECT_THAT(ended.out, HasSubstr("enabled          unknown  unknown\n"));
     EXPECT_THAT(ended.out, HasSubstr("power percent    unknown  unknown\n"));
     EXPECT_THAT(ended.out, HasSubstr("channel          6        36\n"));
-}
-
-TEST_F(OnTheAccessPoint, the_example_applies_and_is_saved) {
-    const Ended ended = there("orloctl apply -" + show_staged + "; orloctl status --json",
-                              file_text(EXAMPLES "/radio-profile.json"));
-    EXPECT_THAT(ended.out, HasSubstr("api_save_config ... ok\nstatus 0\n{\n")) << ended.err;
-    EXPECT_THAT(ended.out, HasSubstr("\"channel\": 36,\n      \"second_channel\": 149,\n"));
-    EXPECT_THAT(ended.out, HasSubstr("\"profile_hash\": \"4f1c0a6e5b7d4b0f9a2e8c3d6b1f7e20\""));
-}
-
-TEST_F(OnTheAccessPoint, the_office_applies_and_is_up) {
-    const Ended ended = there("orloctl apply /usr/share/examples/office.json; echo \"status $?\"; "
-                              "orloctl status; uci show wireless.wifi1vap0");
-    EXPECT_THAT(ended.out, StartsWith("api_apply_radio_status radio 0 ... ok\n"
-                                      "api_apply_radio radio 0 ... ok\n"
-                                      "api_apply_hw_specific radio 0 ... ok\n"
-                                      "api_apply_wireless_interface radio 0 ... ok\n"
-                                      "api_apply_vap radio 0 ... ok\n"
-                                      "api_apply_radio_status radio 1 ... ok\n"
-                                      "api_apply_radio radio 1 ... ok\n"
-                                      "api_apply_hw_specific radio 1 ... ok\n"
-                                      "api_apply_wireless_interface radio 1 ... ok\n"
-                                      "api_apply_vap radio 1 ... ok\n"
-                                      "api_profile_set_hash ... ok\n"
-                                      "api_config_set_hash ... ok\n"
-                                      "api_set_profile_id ... ok\n"
-                                      "api_save_config ... ok\n"
-                                      "status 0\n"))
-        << ended.err;
-    EXPECT_THAT(ended.out, HasSubstr("radio  VAP  state  VLAN  security   hidden  SSID\n"
-                                     "0      0    up     40    WEP        no      Office Scanners\n"
-                                     "0      1    up     20    WPA2+WPA3  no      Office\n"
-                                     "0      2    up     30    open       no      Office Guests\n"
-                                     "1      0    up     10    WPA2 ent   no      Office Staff\n"
-                                     "1      1    up     20    WPA2+WPA3  no      Office\n"
-                                     "1      2    up     30    open       no      Office Guests\n"
-                                     "1      3    up     50    WPA3       yes     Office Lab\n"
-                                     "\n"));
-    for (const char* option :
-         {"auth_server='192.0.2.11'", "auth_secret_second='second-radius-secret'",
-          "mobility_domain='4f46'", "ieee80211r='1'", "wpa_group_rekey='3600'",
-          "key_holder_list='02:00:00:00:01:00' '02:00:00:00:01:10'"}) {
-        EXPECT_THAT(ended.out, HasSubstr(std::string("wireless.wifi1vap0.") + option + "\n"));
-    }
-    EXPECT_EQ(ended.err, "");
-}
-
-TEST_F(OnTheAccessPoint, the_examples_lie_there_and_touch_nothing_in_a_dry_run) {
-    const Ended ended = there("for example in hotspot wds-child; do "
-                              "orloctl apply --dry-run /usr/share/examples/$example.json; done" +
-                              show_staged);
-    EXPECT_THAT(ended.out, HasSubstr("\"operation\": \"api_apply_captive_portal_to_vap\""));
-    EXPECT_THAT(ended.out, HasSubstr("\"operation\": \"api_apply_wds\""));
-    EXPECT_THAT(ended.out, testing::EndsWith("]\nstatus 0\n"));
-    EXPECT_EQ(ended.err, "");
 }
 
 TEST_F(OnTheAccessPoint, a_text_on_which_the_shell_would_act_runs_nothing) {
@@ -279,6 +201,46 @@ TEST_F(OnTheAccessPoint, counters_are_those_that_the_kernel_keeps) {
         "radio 1        0           0           0          0           0           0\n"
         "radio 0 VAP 0  0           0           0          0           0           0\n"
         "radio 1 VAP 0  0           0           0          0           0           0\n");
+    EXPECT_EQ(ended.err, "");
+}
+
+TEST_F(OnTheAccessPoint, clients_are_the_stations_that_the_driver_knows) {
+    const std::string table =
+        "radio  VAP  SSID           MAC                IPv4           signal   rate        VLAN\n"
+        "0      0    Lobby 2.4 GHz  a4:5e:60:01:02:03  192.168.1.101  -52 dBm  144 Mbit/s  1\n"
+        "0      0    Lobby 2.4 GHz  3c:22:fb:10:20:30  192.168.1.102  -71 dBm  26 Mbit/s   1\n"
+        "1      0    Lobby 5 GHz    d8:a2:5e:0a:0b:0c  192.168.1.103  -47 dBm  866 Mbit/s  1\n"
+        "1      1    wlan1.1        06:0c:43:20:30:31  unknown        -55 dBm  780 Mbit/s  1\n"
+        "1      1    wlan1.1        06:0c:43:20:40:31  unknown        -61 dBm  585 Mbit/s  1\n";
+    const Ended ended = there("orloctl clients; orloctl clients --file /tmp/assoc_client_detail; "
+                              "cat /tmp/assoc_client");
+    EXPECT_EQ(ended.out, table + table +
+                             "0,0,a4:5e:60:01:02:03,3c:22:fb:10:20:30\n"
+                             "1,0,d8:a2:5e:0a:0b:0c\n"
+                             "1,1,06:0c:43:20:30:31,06:0c:43:20:40:31\n");
+    EXPECT_EQ(ended.err, "");
+}
+
+TEST_F(OnTheAccessPoint, clients_that_leave_are_listed_no_more) {
+    const Ended ended = there("orloctl clients >/dev/null; rm /var/run/device/stations/*; "
+                              "echo 'a4:5e:60:01:02:03 signal=-60 rate=6' "
+                              ">/var/run/device/stations/wdev1ap15; orloctl clients --json");
+    EXPECT_EQ(ended.out, R"([
+  {
+    "radio": 1,
+    "vap": 15,
+    "bssid": "02:00:00:00:01:0f",
+    "channel": 36,
+    "ssid": "wlan1.15",
+    "mac": "a4:5e:60:01:02:03",
+    "ipv4": null,
+    "signal_dbm": -60,
+    "rate_mbps": 6,
+    "vlan_id": 1,
+    "area_auth": false
+  }
+]
+)");
     EXPECT_EQ(ended.err, "");
 }
 

@@ -99,6 +99,45 @@ TEST_F(Orloctl, the_wds_child_gets_its_vap_and_then_its_link) {
                          "api_save_config\n");
 }
 
+TEST_F(Orloctl, the_two_ends_of_a_mesh_link_differ_in_who_connects) {
+    const auto calls = [](const std::string& connector) {
+        return "api_apply_radio_status 0 1\n"
+               "api_apply_vap 0 { 0='Orchard' }\n"
+               "api_apply_radio_status 1 1\n"
+               "api_apply_mesh_link_radio 1 80 '36 40 44 48'\n"
+               "api_apply_wireless_interface 1 'not-override' 36 0 0\n"
+               "api_apply_vap 1 { 0='Orchard' }\n"
+               "api_apply_mesh_link_vap 1 {1 'Orchard Mesh' acceptor 1 connector " +
+               connector +
+               "}\n"
+               "api_save_config\n";
+    };
+    const Ended root = orloctl({"apply", EXAMPLES "/mesh-root.json"});
+    EXPECT_EQ(root.status, 0) << root.err;
+    EXPECT_EQ(journal(), calls("0"));
+    const Ended branch = orloctl({"apply", EXAMPLES "/mesh-branch.json"});
+    EXPECT_EQ(branch.status, 0) << branch.err;
+    EXPECT_EQ(journal(), calls("0") + calls("1"));
+}
+
+TEST_F(Orloctl, a_quilt_is_applied_behind_the_radios_and_its_key_holders_are_not_lost) {
+    const Ended ended = orloctl({"apply", "-"}, R"({
+        "quilt": {"mgmt_vlan": 7, "secret": "shared", "quilt_radio": [
+            {"radio": 0, "vap": 2, "bssid": "02:00:00:00:00:02", "ssid": "Quilt", "vlan_id": 8,
+             "fast_roaming": {"status": true, "aes_key": "k",
+                              "ft": {"status": true, "ft_over_ds": true, "mobility_domain": "m",
+                                     "r0_key_lifetime": 1, "reassoc_deadline": 1000},
+                              "key_holder_list": ["02:00:00:00:01:00", "02:00:00:00:01:10"]}},
+            {"enable": false},
+            {"radio": 1, "vap": 15, "status": false}]},
+        "radios": [{"radio": 0, "enabled": true}]})");
+    EXPECT_EQ(ended.status, 0) << ended.err;
+    EXPECT_EQ(journal(), "api_apply_radio_status 0 1\n"
+                         "api_apply_channel_quilt {'shared' 0=0.2 'Quilt' 02:00:00:00:01:00 "
+                         "02:00:00:00:01:10 2=1.15 '' }\n"
+                         "api_save_config\n");
+}
+
 TEST_F(Orloctl, the_rest_of_the_device_reaches_the_library) {
     const Ended ended = orloctl({"apply", "-", "--no-save"}, R"({
         "known_clients": {"action": "white", "mac_list": ["02:00:00:00:00:01",

@@ -66,8 +66,10 @@ TEST(CommandLine, what_is_no_option_is_refused_in_a_sentence) {
     EXPECT_EQ(refusal({"ops", "--raw"}),
               "option --raw belongs to 'orloctl apply' and 'orloctl call'");
     EXPECT_EQ(refusal({"--no-save", "status"}), "option --no-save belongs to 'orloctl apply'");
-    EXPECT_EQ(refusal({"status", "--watch"}),
-              "option --watch belongs to 'orloctl clients' and 'orloctl counters'");
+    EXPECT_EQ(
+        refusal({"status", "--watch"}),
+        "option --watch belongs to 'orloctl clients' and 'orloctl counters' and 'orloctl mesh' "
+        "and 'orloctl quilt'");
     EXPECT_EQ(refusal({"clients", "--all"}),
               "option --all belongs to 'orloctl status' and 'orloctl counters'");
     EXPECT_EQ(refusal({"clients", "--file"}), "option --file needs a value: --file FILE");

@@ -60,7 +60,7 @@ TEST(Description, each_rule_of_a_radio_has_its_sentence) {
          R"(radios[1].override: "off" is not "not-override" or "force-disable")"},
         {radio_1(R"("chanel": 36)"),
          "radios[1].chanel: unknown member, known are radio, enabled, override, channel, "
-         "second_channel, power_percent, settings, hardware, vaps, access"},
+         "second_channel, power_percent, settings, hardware, vaps, mesh, access"},
         {R"({"radios": [{"radio": 0, "channel": 14}]})",
          "radios[0].channel: 14 is not 0 or in 1..13"},
         {R"({"radios": [{"radio": 0, "second_channel": 36}]})",
@@ -91,8 +91,8 @@ TEST(Description, each_type_has_its_sentence) {
         {radio_1(R"("enabled": "1")"), "radios[1].enabled: \"1\" is not true or false"},
         {radio_1(R"("override": 0)"), "radios[1].override: 0 is not a text"},
         {R"({"profil": {}})",
-         "profil: unknown member, known are system, radios, wds, known_clients, portal_address, "
-         "profile"},
+         "profil: unknown member, known are system, radios, quilt, wds, known_clients, "
+         "portal_address, profile"},
     };
     for (const Case& mistake : cases) {
         EXPECT_EQ(refusal(mistake.text), mistake.sentence) << mistake.text;
@@ -132,7 +132,7 @@ TEST(Description, all_mistakes_are_told_at_once) {
                                      {"radio": 1, "enabled": "yes"}],
                           "profile": {"id": "seven"}})"),
               "radios[0].power: unknown member, known are radio, enabled, override, channel, "
-              "second_channel, power_percent, settings, hardware, vaps, access\n"
+              "second_channel, power_percent, settings, hardware, vaps, mesh, access\n"
               "radios[0].channel: 14 is not 0 or in 1..13\n"
               "radios[1].enabled: \"yes\" is not true or false\n"
               "profile.id: \"seven\" is not an integer");

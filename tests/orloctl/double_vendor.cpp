@@ -1,6 +1,7 @@
 // A double of the vendor library: every operation writes its name and arguments to the file that
 // DOUBLE_JOURNAL names, fills in what it is given to fill in, and succeeds. The operation that
-// DOUBLE_FAILS names logs a reason and fails (-1, NULL; of "NAME=NUMBER" that number).
+// DOUBLE_FAILS names logs a reason and fails (-1, NULL; of "NAME=NUMBER" that number). A JSON value
+// is that of the text DOUBLE_JSON, where it is set.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -102,24 +103,43 @@ std::string written(vap_statistics* value) {
     return "statistics";
 }
 
-// Consumes the lists of key holders, as the library does.
+// Takes the list of key holders, as the library does.
+std::string taken(mac_list& list) {
+    std::string addresses;
+    while (list.head != nullptr) {
+        mac_list_node* node = list.head;
+        list.head = node->next;
+        addresses += std::string(" ") + node->mac;
+        free(node);
+    }
+    list.tail = nullptr;
+    return addresses;
+}
+
 std::string written(vap_settings* value) {
     std::string vaps;
     for (int vap = 0; value != nullptr && vap < ORLO_VAPS_PER_RADIO; vap++) {
         if (value[vap].status == 0) {
             continue;
         }
-        vaps += " " + std::to_string(vap) + "=" + written(value[vap].ssid);
-        mac_list& list = value[vap].fast_roaming.key_holder_list;
-        while (list.head != nullptr) {
-            mac_list_node* node = list.head;
-            list.head = node->next;
-            vaps += std::string(" ") + node->mac;
-            free(node);
-        }
-        list.tail = nullptr;
+        vaps += " " + std::to_string(vap) + "=" + written(value[vap].ssid) +
+                taken(value[vap].fast_roaming.key_holder_list);
     }
     return value == nullptr ? "NULL" : "{" + vaps + " }";
+}
+
+// The VAPs at the places of their entries.
+std::string written(quilt_settings* value) {
+    std::string vaps;
+    for (int i = 0; value != nullptr && i < ORLO_VAPS; i++) {
+        quilt_vap& vap = value->quilt_radio[i];
+        if (vap.enable != 0) {
+            vaps += " " + std::to_string(i) + "=" + std::to_string(vap.radio) + "." +
+                    std::to_string(vap.vap) + " '" + vap.ssid + "'" +
+                    taken(vap.fast_roaming.key_holder_list);
+        }
+    }
+    return value == nullptr ? "NULL" : "{'" + std::string(value->secret) + "'" + vaps + " }";
 }
 
 // The list of stations is the file that DOUBLE_STATIONS names.
@@ -178,6 +198,13 @@ std::string written(const wds_settings* value) {
     return value == nullptr ? "NULL" : "{" + links + "}";
 }
 
+std::string written(const mesh_link_vap_settings* value) {
+    return value == nullptr
+               ? "NULL"
+               : "{" + written(value->vap) + " " + written(value->ssid) + " acceptor " +
+                     written(value->acceptor) + " connector " + written(value->connector) + "}";
+}
+
 template <class R>
 R answer(const char* name) {
     const bool failed = failure(name) != 0;
@@ -192,8 +219,11 @@ R answer(const char* name) {
     if constexpr (std::is_same_v<R, char*>) {
         return failed ? nullptr : strdup("a text");
     } else if constexpr (std::is_same_v<R, json_t*>) {
+        const char* text = getenv("DOUBLE_JSON");
         return failed ? nullptr
-                      : json_pack("{s:i, s:[s]}", "hops", 2, "peers", "02:00:00:00:00:01");
+               : text != nullptr
+                   ? json_loads(text, JSON_DECODE_ANY, nullptr)
+                   : json_pack("{s:i, s:[s]}", "hops", 2, "peers", "02:00:00:00:00:01");
     } else if constexpr (std::is_same_v<R, float>) {
         return 20.1F;
     } else if constexpr (std::is_same_v<R, int64_t>) {

@@ -56,6 +56,46 @@ TEST(Plan, settings_and_hardware_come_before_the_channels_and_vaps_behind_them) 
                             "api_apply_vap radio 0", "api_save_config"));
 }
 
+TEST(Plan, the_mesh_of_a_radio_has_its_channels_before_all_others_and_its_vap_behind_the_vaps) {
+    const std::string vap = R"("vap": {"vap": 0, "acceptor": false, "connector": true, "ssid": "m",
+                                       "key": "passphrase"})";
+    const auto of_mesh = [](const std::string& members) {
+        return titles(R"({"radios": [{"radio": 1, "channel": 36, "settings": {}, "vaps": [],
+                                      "access": [{"vap": 1, "mac_filter_mode": 0}],
+                                      "mesh": {)" +
+                          members + "}}]}",
+                      false);
+    };
+    EXPECT_THAT(of_mesh(R"("eligible_channels": [36], "bandwidth": 20, )" + vap),
+                ElementsAre("api_apply_radio radio 1", "api_apply_mesh_link_radio radio 1",
+                            "api_apply_wireless_interface radio 1", "api_apply_vap radio 1",
+                            "api_apply_mesh_link_vap radio 1",
+                            "api_apply_mac_filter_mode radio 1 VAP 1"));
+    EXPECT_THAT(of_mesh(vap),
+                ElementsAre("api_apply_radio radio 1", "api_apply_wireless_interface radio 1",
+                            "api_apply_vap radio 1", "api_apply_mesh_link_vap radio 1",
+                            "api_apply_mac_filter_mode radio 1 VAP 1"));
+    EXPECT_THAT(of_mesh(""),
+                ElementsAre("api_apply_radio radio 1", "api_apply_wireless_interface radio 1",
+                            "api_apply_vap radio 1", "api_apply_mac_filter_mode radio 1 VAP 1"));
+}
+
+TEST(Plan, the_steps_of_a_mesh_tell_their_arguments) {
+    const Description description = read_description(
+        R"({"radios": [{"radio": 0, "mesh": {
+            "eligible_channels": [1, 11], "bandwidth": 40,
+            "vap": {"vap": 1, "acceptor": true, "connector": false, "ssid": "m",
+                    "key": "passphrase"}}}]})",
+        "test", true);
+    const std::vector<Step> steps = plan(description, false);
+    ASSERT_EQ(steps.size(), 2U);
+    EXPECT_EQ(json_excerpt(steps[0].arguments.get()), R"([0,40,"1 11"])");
+    const Json expected = parse_json(R"([0, {"acceptor": true, "connector": false, "vap": 1,
+                                             "ssid": "m", "key": "passphrase"}])",
+                                     "expected");
+    EXPECT_TRUE(json_equal(steps[1].arguments.get(), expected.get()));
+}
+
 TEST(Plan, each_step_tells_its_arguments) {
     const Description description = read_description(
         R"({"radios": [{"radio": 1, "settings": {"wmm": true}, "power_percent": 50,
@@ -76,6 +116,7 @@ TEST(Plan, the_device_comes_around_the_radios_and_what_takes_effect_at_once_at_t
         "portal_address": "192.0.2.1",
         "known_clients": {"mac_list": []},
         "wds": [],
+        "quilt": {"mgmt_vlan": 1, "secret": "s"},
         "radios": [{"radio": 0, "enabled": true}],
         "system": {
             "login": {"username": "u", "password": "p"},
@@ -94,8 +135,8 @@ TEST(Plan, the_device_comes_around_the_radios_and_what_takes_effect_at_once_at_t
                                  "hour": 3}}},
             "reset_button": true, "leds": false, "country": "AT"}})"),
                 ElementsAre("api_apply_country_code", "api_apply_snmp",
-                            "api_apply_radio_status radio 0", "api_apply_wds",
-                            "api_apply_known_clients", "api_apply_cp_virt_ip",
+                            "api_apply_radio_status radio 0", "api_apply_channel_quilt",
+                            "api_apply_wds", "api_apply_known_clients", "api_apply_cp_virt_ip",
                             "api_apply_led_status", "api_apply_reset_button", "api_apply_syslog",
                             "api_apply_openflow_enable", "api_apply_openflow_controller",
                             "api_apply_openflow_controller", "api_apply_openflow_critical_mode",

@@ -37,6 +37,11 @@ protected:
         environment_.push_back("DOUBLE_FAILS=" + operation);
     }
 
+    // What operations with a JSON value answer.
+    void let_answer(const std::string& json) { environment_.push_back("DOUBLE_JSON=" + json); }
+
+    void set_environment(const std::string& assignment) { environment_.push_back(assignment); }
+
     std::string journal() const { return journal_.text(); }
 
 private:

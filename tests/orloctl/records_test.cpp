@@ -58,8 +58,8 @@ bool suits(const Form& form, Storage storage) {
     case Type::array:
         return storage == Storage::record;
     case Type::some:
-        return storage == Storage::record || storage == Storage::pointer;
     case Type::optional:
+        return storage == Storage::record || storage == Storage::pointer;
     case Type::keyed:
         return storage == Storage::pointer;
     case Type::references:
@@ -228,11 +228,29 @@ TEST(Records, every_member_of_a_described_record_is_described_or_unused) {
 }
 
 TEST(Records, the_librarys_records_for_radios_vaps_and_the_device_are_among_them) {
-    for (const char* name :
-         {"radio_settings", "hw_specific_settings", "vap_settings", "wep", "wpa_personal",
-          "wpa_enterprise", "dot1x", "radius_server", "fast_roaming", "fast_roaming_ft",
-          "mac_auth_radius_server", "knownClient_setup", "cp_settings", "cp_auth_server",
-          "wds_settings", "dst_rule", "snmp_settings", "snmp_trap_host"}) {
+    for (const char* name : {"radio_settings",
+                             "hw_specific_settings",
+                             "vap_settings",
+                             "wep",
+                             "wpa_personal",
+                             "wpa_enterprise",
+                             "dot1x",
+                             "radius_server",
+                             "fast_roaming",
+                             "fast_roaming_ft",
+                             "mac_auth_radius_server",
+                             "knownClient_setup",
+                             "cp_settings",
+                             "cp_auth_server",
+                             "wds_settings",
+                             "mesh_link_vap_settings",
+                             "quilt_settings",
+                             "quilt_vap",
+                             "quilt_wpa_personal",
+                             "quilt_wpa_enterprise",
+                             "dst_rule",
+                             "snmp_settings",
+                             "snmp_trap_host"}) {
         EXPECT_NE(described(name), nullptr) << name;
         EXPECT_TRUE(std::any_of(std::begin(layout), std::end(layout), [&](const Laid& laid) {
             return laid.size != 0 && std::string(name) == laid.record;

@@ -53,11 +53,20 @@ std::vector<std::string> rich_descriptions() {
                      "trap_types": ["link"], "radio_status": [true, null],
                      "trap_hosts": [{"id": 2, "server_address": "192.0.2.3"}]},
             "login": {"username": "u", "password": "p"}},
-        "radios": [{"radio": 1, "access": [
+        "radios": [{"radio": 0, "mesh": {
+            "eligible_channels": [1, 6], "bandwidth": 20,
+            "vap": {"vap": 1, "acceptor": true, "connector": true, "ssid": "m",
+                    "key": "passphrase"}}}, {"radio": 1, "access": [
             {"vap": 3, "mac_auth_servers": [{"index": 1, "ip": "a", "key": "k"}],
              "captive_portal": {"auth_mode": "radius", "walled_garden_enable": true,
                                 "walled_garden": ["a", "b"],
                                 "auth_servers": [{"server": "a", "secret": "s"}]}}]}],
+        "quilt": {"mgmt_vlan": 1, "secret": "s", "quilt_radio": [
+            {"radio": 0, "vap": 3, "bssid": "02:00:00:00:00:03", "ssid": "q", "vlan_id": 4,
+             "mac_filter_mode": 2, "mac_auth_server": [{"index": 1, "ip": "a", "key": "k"}],
+             "wireless_security": "wpa-personal",
+             "wpa_personal": {"wpa": ["WPA2"], "key": "passphrase"},
+             "cp": {"auth_mode": "click-through"}}]},
         "wds": [{"radio_intf": "wlan1", "security": "wpa", "wds_mode": "child", "ssid": "l",
                  "wpa": {"key": "passphrase", "version": ["WPA2"]}}],
         "known_clients": {"action": "white", "mac_list": ["02:00:00:00:00:01"]},

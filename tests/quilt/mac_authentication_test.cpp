@@ -34,20 +34,8 @@ protected:
     }
 };
 
-// Empty texts take the options away, as the store does.
-const Trace reset_edits = {
-    "mac_auth_server=",
-    "mac_auth_secret=",
-    "mac_auth_port=1812",
-    "mac_auth_username_separator=hyphen",
-    "mac_auth_username_case=lower",
-    "mac_auth_password_format=username",
-    "mac_auth_server_second=",
-    "mac_auth_secret_second=",
-};
-
 Trace after_reset(const Trace& more) {
-    Trace edits = reset_edits;
+    Trace edits = edits_that_forget_servers;
     edits.insert(edits.end(), more.begin(), more.end());
     return edits;
 }

@@ -4,6 +4,17 @@
 
 namespace orlo::test {
 
+const Trace edits_that_forget_servers = {
+    "mac_auth_server=",
+    "mac_auth_secret=",
+    "mac_auth_port=1812",
+    "mac_auth_username_separator=hyphen",
+    "mac_auth_username_case=lower",
+    "mac_auth_password_format=username",
+    "mac_auth_server_second=",
+    "mac_auth_secret_second=",
+};
+
 QuiltRecord::QuiltRecord() {
     memset(&quilt_, 0x5a, sizeof quilt_);
     quilt_.mgmt_vlan = 7;

@@ -7,6 +7,10 @@
 
 namespace orlo::test {
 
+// What forgets a VAP's servers of MAC authentication. Empty texts take the options away, as the
+// store does.
+extern const Trace edits_that_forget_servers;
+
 class QuiltRecord : public AccessPoint {
 protected:
     QuiltRecord();

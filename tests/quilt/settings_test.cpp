@@ -1,6 +1,8 @@
 // Applying the quilt's own options.
 #include "quilt/quilt_record.h"
 
+#include <climits>
+
 namespace orlo::test {
 
 using QuiltOptions = QuiltRecord;
@@ -78,15 +80,17 @@ TEST_F(QuiltOptions, ABeaconThresholdOutOfRangeDiscardsEverything) {
 }
 
 TEST_F(QuiltOptions, OtherNumbersAreWrittenAsTheyAre) {
-    quilt_.rekey_timeout = -2;
-    quilt_.station_isolation = 47;
-    quilt_.cqscan = -11;
-    quilt_.cq_proxy_arp = 2000000000;
-    EXPECT_EQ(apply(), 0);
-    EXPECT_EQ(staged_value("quilt.config_quilt.rekey"), "-2");
-    EXPECT_EQ(staged_value("quilt.config_quilt.client_isolation"), "47");
-    EXPECT_EQ(staged_value("quilt.config_quilt.cqscan"), "-11");
-    EXPECT_EQ(staged_value("quilt.config_quilt.arp_filter"), "2000000000");
+    for (int number : {-2, 47, INT_MAX, INT_MIN}) {
+        quilt_.rekey_timeout = number;
+        quilt_.station_isolation = number;
+        quilt_.cqscan = number;
+        quilt_.cq_proxy_arp = number;
+        EXPECT_EQ(apply(), 0);
+        for (const char* option : {"rekey", "client_isolation", "cqscan", "arp_filter"}) {
+            EXPECT_EQ(staged_value(std::string("quilt.config_quilt.") + option),
+                      std::to_string(number));
+        }
+    }
 }
 
 TEST_F(QuiltOptions, ASecretThatFillsItsFieldIsCutByTheStore) {

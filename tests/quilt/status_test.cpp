@@ -1,6 +1,9 @@
 // What the agent asks of the quilt: whether there is one, and its status.
 #include "support/access_point.h"
 
+#include <cstdlib>
+#include <sys/stat.h>
+
 namespace orlo::test {
 
 using QuiltQuestions = AccessPoint;
@@ -181,11 +184,39 @@ TEST_F(QuiltStatus, WithoutASumIsTakenAway) {
     EXPECT_EQ(ask(1), 0) << "nothing was remembered";
 }
 
+// Longer than any sum: the agent's own folder of tools may hold another one.
+TEST_F(QuiltStatus, IsToldApartByTheFirst63CharactersOfItsSum) {
+    ASSERT_EQ(system("mkdir /tmp/tools"), 0);
+    ASSERT_EQ(setenv("PATH", (std::string("/tmp/tools:") + getenv("PATH")).c_str(), 1), 0);
+    const auto sum_is = [](const std::string& sum) {
+        write_file("/tmp/tools/md5sum", "#!/bin/sh\necho '" + sum + "  name'\n");
+        ASSERT_EQ(chmod("/tmp/tools/md5sum", 0755), 0);
+    };
+    const std::string kept(62, 's');
+    sum_is(kept + "a1");
+    EXPECT_EQ(ask(1), 0);
+    EXPECT_THAT(door.trace(),
+                testing::Contains("log api_get_CQ_status: Check Hash: \n\n" + kept + "a"));
+    sum_is(kept + "a2");
+    EXPECT_EQ(ask(1), -1);
+    sum_is(kept + "b");
+    EXPECT_EQ(ask(1), 0);
+}
+
 TEST_F(QuiltStatus, GoesOnWhenTheCommandDoesNotRun) {
     write_file("/tmp/cq_status", "of before\n");
     door.fail(Call::system);
     EXPECT_EQ(ask(1), 0);
     EXPECT_THAT(door.trace({"run"}), ElementsAre(std::string("run ") + ask_agent + " (failed)"));
+}
+
+TEST_F(QuiltStatus, AtALongPathIsFound) {
+    const std::string path = "/tmp/" + std::string(240, 'x');
+    status_is("one\n");
+    EXPECT_EQ(ask(1, path.c_str()), 0);
+    EXPECT_EQ(read_file(path), "one\n");
+    EXPECT_EQ(ask(1, path.c_str()), -1);
+    EXPECT_FALSE(exists(path));
 }
 
 TEST_F(QuiltStatus, AtAPathThatIsTooLongIsNotFound) {

@@ -52,6 +52,8 @@ TEST_F(LanAddress, OfABridgeWithoutOneIsTheCommandItself) {
 TEST_F(LanAddress, IsCutAt127Characters) {
     answer_ifconfig("inet addr:" + std::string(300, '1'));
     EXPECT_EQ(get("ip"), std::string(127, '1'));
+    answer_ifconfig("inet addr:10.1.2.3  Bcast:10.1.255.255  Mask:" + std::string(300, '2'));
+    EXPECT_EQ(get("mask"), std::string(127, '2'));
 }
 
 TEST_F(LanAddress, OfAnUnknownKeyIsEmpty) {

@@ -68,6 +68,17 @@ TEST_F(Save, AfterARadioChangeRestartsTheNetworkAndWaitsForIt) {
     EXPECT_EQ(door.trace().back(), own_ + "End Save Config successfully");
 }
 
+TEST_F(Save, MarksTheNetworkAsRestartingBeforeTheScriptRuns) {
+    change_network();
+    bool marked = false;
+    door.on_run = [&](const std::string& command) -> std::optional<int> {
+        marked = marked || (command.find(script) == 0 && exists(marker));
+        return std::nullopt;
+    };
+    EXPECT_EQ(ops.api_save_config(), 0);
+    EXPECT_TRUE(marked);
+}
+
 TEST_F(Save, WaitsASecondACheckThenThreeMore) {
     change_network();
     replace_tool("orloagent_apply_settings.sh", "exit 0"); // leaves the marker
@@ -137,21 +148,22 @@ TEST_F(Save, AFailedCommitEndsItWithoutAWord) {
 }
 
 TEST_F(Save, AScriptThatCannotBeStartedTakesTheMarkersAway) {
-    change_network();
+    const std::string everything =
+        std::string("run ") + script + " network-5 ntp-0 led-0 log_relay-0 snmp-0 &";
+    ops.api_mark_config_apply_flag();
     write_file(web_block, "");
     door.fail(Call::system, 2); // the first runs the VLAN script
     EXPECT_EQ(ops.api_save_config(), -1);
     EXPECT_EQ(door.trace().back(),
-              own_ + "Execute system call '" + script + " network-5 &' failed");
+              own_ + "Execute system call '" + everything.substr(4) + "' failed");
     EXPECT_FALSE(exists(marker));
     EXPECT_FALSE(exists(web_block));
     EXPECT_THAT(door.trace({"unlink"}),
                 ElementsAre(std::string("unlink ") + web_block, std::string("unlink ") + marker));
     EXPECT_THAT(door.trace({"sleep"}), IsEmpty());
     door.forget();
-    EXPECT_EQ(ops.api_save_config(), 0) << "the mark has stayed";
-    EXPECT_THAT(door.trace({"run"}),
-                testing::Contains(std::string("run ") + script + " network-5 &"));
+    EXPECT_EQ(ops.api_save_config(), 0) << "the marks have stayed";
+    EXPECT_THAT(door.trace({"run"}), testing::Contains(everything));
 }
 
 TEST_F(Save, LeavesTheWebInterfaceBlockedWhenTheScriptStarts) {

@@ -167,6 +167,12 @@ void AccessPoint::tell_driver(const std::string& interface, const std::string& l
     write_file("/var/run/device/driver/" + interface, lines);
 }
 
+int AccessPoint::next_descriptor() {
+    const int next = dup(0);
+    close(next);
+    return next;
+}
+
 std::string AccessPoint::stderr_of(const std::function<void()>& call) {
     testing::internal::CaptureStderr();
     call();

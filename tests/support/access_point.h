@@ -69,6 +69,10 @@ protected:
     // What the driver knows of an interface, in its state file's lines: "fail freq EINVAL".
     static void tell_driver(const std::string& interface, const std::string& lines);
 
+    // The number that the next descriptor gets: another one than before when something was left
+    // open.
+    static int next_descriptor();
+
     // What a call writes to standard error.
     static std::string stderr_of(const std::function<void()>& call);
 };

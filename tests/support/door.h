@@ -6,6 +6,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <sys/types.h>
 #include <utility>
@@ -91,6 +92,10 @@ public:
     // Called at each sleep of the library, with the number of sleeps so far. The library never
     // really sleeps here.
     std::function<void(int)> on_sleep;
+
+    // Called with each command that the library is about to run; a wait status that it returns
+    // stands for the run.
+    std::function<std::optional<int>(const std::string&)> on_run;
 
     // Whether the agent keeps debug lines.
     bool debug_enabled = true;

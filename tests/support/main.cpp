@@ -8,6 +8,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -30,6 +31,26 @@ void* vendor_library() {
 } // namespace orlo::test
 
 namespace {
+
+// Whatever a test is about: what it opens, and what the library opens in it, is closed behind it.
+class NothingStaysOpen : public testing::EmptyTestEventListener {
+    // Files, folders and pipes. The library keeps the socket of its driver queries, by design.
+    static int open_files() {
+        int count = 0;
+        for (int descriptor = 0; descriptor < 256; descriptor++) {
+            struct stat status;
+            count += fstat(descriptor, &status) == 0 && !S_ISSOCK(status.st_mode) ? 1 : 0;
+        }
+        return count;
+    }
+
+    void OnTestStart(const testing::TestInfo& /*test*/) override { before_ = open_files(); }
+    void OnTestEnd(const testing::TestInfo& /*test*/) override {
+        EXPECT_EQ(open_files(), before_) << "files, folders and pipes are open behind the test";
+    }
+
+    int before_ = 0;
+};
 
 using Names = std::vector<std::string>;
 
@@ -88,5 +109,6 @@ int main(int argc, char** argv) {
     }
     orlo::test::vendor_library();
     orlo::device::enter({ORLO_DEVICE_ROOT, {ORLO_BUILD_DIR}});
+    testing::UnitTest::GetInstance()->listeners().Append(new NothingStaysOpen);
     return RUN_ALL_TESTS();
 }

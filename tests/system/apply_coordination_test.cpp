@@ -32,6 +32,12 @@ TEST_F(WebBlock, IsTakenOnceUntilItIsReleased) {
                                           take_ + "info: Start to block Web UI applying config."));
 }
 
+TEST_F(WebBlock, LeavesNoFileOpen) {
+    const int next = next_descriptor();
+    EXPECT_EQ(ops.api_is_config_applying_check(), 0);
+    EXPECT_EQ(next_descriptor(), next);
+}
+
 TEST_F(WebBlock, IsNotTakenWhileTheWebInterfaceRestartsTheNetwork) {
     write_file(web_restart, "");
     EXPECT_EQ(ops.api_is_config_applying_check(), -1);

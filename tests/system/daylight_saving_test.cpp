@@ -74,6 +74,13 @@ TEST_F(DaylightSaving, NumbersAreStagedAsTheyAre) {
     EXPECT_THAT(door.trace(), testing::Contains(own_ + "dst_offset: -2000000000 (11) "));
 }
 
+TEST_F(DaylightSaving, NumbersReachTheScriptCutAtEightCharacters) {
+    EXPECT_EQ(apply(INT_MIN, -2000000000), 0);
+    EXPECT_EQ(door.trace({"read"}),
+              Trace{"read /usr/bin/lua /usr/lib/lua/luci/chtimezone.lua \"UTC\" -2147483 "
+                    "-2000000 \"3,5,0,2,0\" \"10,5,0,3,0\""});
+}
+
 TEST_F(DaylightSaving, EachMonthHasItsCode) {
     const char* const months[] = {"January",   "February", "March",    "April",
                                   "May",       "June",     "July",     "August",

@@ -31,6 +31,12 @@ TEST_F(Reboot, EmptiesAMarkThatIsThere) {
     EXPECT_TRUE(exists(marker));
 }
 
+TEST_F(Reboot, LeavesNoFileOpen) {
+    const int next = next_descriptor();
+    ops.api_system_reboot();
+    EXPECT_EQ(next_descriptor(), next);
+}
+
 TEST_F(Reboot, WithoutItsMarkThereIsNone) {
     ASSERT_EQ(mkdir(marker, 0755), 0);
     EXPECT_EQ(ops.api_system_reboot(), 0);

@@ -175,13 +175,6 @@ TEST_F(SnmpCheck, TrapHostsHaveAnIdAStatusAndAnAddress) {
     }
 }
 
-TEST_F(SnmpCheck, TrapHostsAreCheckedAfterTrapTypes) {
-    use_host(0, 7, "host");
-    snmp_.trap_types[0] = 2;
-    EXPECT_FALSE(passes());
-    EXPECT_EQ(reason(), out_of_range("check_snmp", "trap-types", "0,1"));
-}
-
 TEST_F(SnmpCheck, CommunitiesHaveALength) {
     expect_length([this](const char* text) { snmp_.read_only_community = text; }, 256,
                   out_of_range("check_snmp_v1v2c", "read-only-community-name", "1,256"));
@@ -234,11 +227,70 @@ TEST_F(SnmpCheck, LooksOnlyAtTheFieldsOfItsVersion) {
     EXPECT_TRUE(passes());
 }
 
-TEST_F(SnmpCheck, ATextOfTheVersionIsRefusedBeforeThePort) {
-    snmp_.port = -1;
+TEST_F(SnmpCheck, SaysTheFirstWrongValueAndRefusesIt) {
+    snmp_.status = 2;
+    snmp_.version = 2;
     snmp_.read_only_community = "";
+    snmp_.restrict_source = 3;
+    snmp_.manager_address = "";
+    snmp_.manager_mask = 24;
+    snmp_.trap_community = "";
+    snmp_.port = -1;
+    snmp_.trap_types[5] = 7;
+    use_host(1, 8, "");
+    hosts_[1].id = 9;
+    const std::string own = "log check_snmp: ";
+    const std::string version = "log check_snmp_v1v2c: ";
+    const std::string host = own + "host[1].id:";
+    const struct {
+        std::string said;
+        std::string refusal;
+        std::function<void()> mend;
+    } rows[] = {
+        {"log api_apply_snmp: Entering... status:2", out_of_range("check_snmp", "status", "0,1"),
+         [this] { snmp_.status = 1; }},
+        {own + "SNMP version enum: 2", "log 5/1 check_snmp: error: invalid version 2",
+         [this] { snmp_.version = 0; }},
+        {version, out_of_range("check_snmp_v1v2c", "read-only-community-name", "1,256"),
+         [this] { snmp_.read_only_community = "readers"; }},
+        {version + "3",
+         out_of_range("check_snmp_v1v2c", "restrict-the-source-of-snmp-requests", "0,1"),
+         [this] { snmp_.restrict_source = 1; }},
+        {version + "24",
+         out_of_range("check_snmp_v1v2c", "management-system-address.server-address", "1,255"),
+         [this] { snmp_.manager_address = "manager"; }},
+        {version + "24", out_of_range("check_snmp_v1v2c", "community-name-for-traps", "1,256"),
+         [this] { snmp_.trap_community = "traps"; }},
+        {own + "-1", out_of_range("check_snmp", "port", "0,65535"), [this] { snmp_.port = 161; }},
+        {own + "typeFilteredSta:7", out_of_range("check_snmp", "trap-types", "0,1"),
+         [this] { snmp_.trap_types[5] = 0; }},
+        {host + "9 host.status:8 host.server-address:",
+         out_of_range("check_snmp", "trap-host.id", "0,2"), [this] { hosts_[1].id = 2; }},
+        {host + "2 host.status:8 host.server-address:",
+         out_of_range("check_snmp", "trap-host.status", "0,1"), [this] { hosts_[1].status = 0; }},
+        {host + "2 host.status:0 host.server-address:",
+         out_of_range("check_snmp", "trap-host.server-address", "1,255"),
+         [this] { hosts_[1].server_address = "host"; }},
+    };
+    for (const auto& row : rows) {
+        EXPECT_FALSE(passes()) << row.refusal;
+        EXPECT_EQ(door.trace({"log"}).end()[-3], row.said);
+        EXPECT_EQ(reason(), row.refusal);
+        row.mend();
+    }
+    EXPECT_TRUE(passes()) << "nothing else";
+}
+
+TEST_F(SnmpCheck, TheFieldsOfAUserAreCheckedInTheirOrderAndBeforeThePort) {
+    use_v3();
+    snmp_.username = "";
+    snmp_.password = "";
+    snmp_.port = -1;
     EXPECT_FALSE(passes());
-    EXPECT_EQ(reason(), out_of_range("check_snmp_v1v2c", "read-only-community-name", "1,256"));
+    EXPECT_EQ(reason(), out_of_range("check_snmp_v3", "username", "1,12"));
+    snmp_.username = "operator";
+    EXPECT_FALSE(passes());
+    EXPECT_EQ(reason(), out_of_range("check_snmp_v3", "password", "1,32"));
 }
 
 TEST_F(SnmpCheck, AllFieldsAreCheckedEvenWhenSnmpIsOff) {

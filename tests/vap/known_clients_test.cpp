@@ -23,10 +23,12 @@ protected:
         setup_.mac_list = nullptr;
         known_client_node** place = &setup_.mac_list;
         for (const std::string& mac : macs) {
-            nodes_.push_back({});
-            fill(nodes_.back().mac, mac);
-            *place = &nodes_.back();
-            place = &nodes_.back().next;
+            known_client_node& node = nodes_.emplace_back();
+            memset(&node, 0x5a, sizeof node); // also behind the address
+            fill(node.mac, mac);
+            node.next = nullptr;
+            *place = &node;
+            place = &node.next;
         }
     }
 

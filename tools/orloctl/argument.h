@@ -25,19 +25,16 @@ enum class Kind {
     numbers_out, // float *: the twelve percentage steps
     word_out,    // uint16_t *
     ignored,     // void *: never read, passed as NULL
-    record,      // struct ... *: JSON, where its record is described
+    record,      // struct ... *: JSON, or filled in
 };
 
 struct Parameter {
     std::string type; // "const char *"
     std::string name;
     Kind kind;
-    const Form* form = nullptr;           // of a record that is described
+    const Form* form = nullptr;           // of a record that is read from JSON
     const FilledRecord* filled = nullptr; // of a record that the operation fills in
 
-    bool is_unknown_record() const {
-        return kind == Kind::record && form == nullptr && filled == nullptr;
-    }
     bool takes_word() const { return kind <= Kind::text || form != nullptr; }
     bool is_filled_in() const {
         return filled != nullptr || (kind >= Kind::text_out && kind <= Kind::word_out);

@@ -227,22 +227,24 @@ std::string help() {
     return paragraph("Applies a description of the access point, written in JSON. All of it is "
                      "checked before anything is called. Then, in the agent's order and as far as "
                      "they are described: the country and SNMP; each radio of the list (status, "
-                     "settings, hardware, channels and power, VAPs, who may use them); WDS links, "
-                     "known clients, the portal's address; LEDs, reset button, syslog, OpenFlow; "
+                     "settings, hardware, channels of the mesh, channels and power, VAPs, the mesh "
+                     "VAP, who may use them); the channel quilt, WDS links, known clients, the "
+                     "portal's address; LEDs, reset button, syslog, OpenFlow; "
                      "the hashes and the profile id; the time, the login; api_save_config. "
                      "--dry-run shows the operations.") +
            "\n" +
            paragraph("When an operation fails the rest is not done and every staged change is "
                      "discarded. What was committed before stays: api_apply_wireless_interface "
                      "commits package wireless itself, in its channel and power steps, and so does "
-                     "api_apply_hw_specific when it moves the radio to another channel. So does "
+                     "api_apply_hw_specific and api_apply_mesh_link_radio when they move the radio "
+                     "to another channel. So does "
                      "what takes effect at once: time zone, clock, login. All of it is listed.") +
            "\n" +
            paragraph("A description may hold what follows; what it leaves out is left alone. But "
                      "a radio with any of override, channel, second_channel and power_percent gets "
                      "\"not-override\" and 0 for the others of these four; of a radio with vaps "
-                     "those that it does not list get disabled; and a WDS link disables all VAPs "
-                     "but the first of its radio.") +
+                     "those that it does not list get disabled; a WDS link disables all VAPs but "
+                     "the first of its radio, and a mesh VAP those from 2 on.") +
            "\n  {\"radios\": [{\"radio\": 1, \"channel\": 36}], \"profile\": {\"id\": 7}}\n\n" +
            field_table(access_point_record, 2) + "\n  system\n" + field_table(system_record, 4) +
            "\n  radios[]\n" + field_table(radio_record, 4) + "\n  profile\n" +

@@ -46,13 +46,13 @@ const Option options[] = {
      "FILE",
      "read this detail file (\"-\": standard input) instead of listing the stations anew"},
     {"--watch",
-     {"clients", "counters"},
+     {"clients", "counters", "mesh", "quilt"},
      &CommandLine::watch,
      nullptr,
      "",
      "go on until interrupted; with --json a line of JSON each time"},
     {"--every",
-     {"clients", "counters"},
+     {"clients", "counters", "mesh", "quilt"},
      nullptr,
      &CommandLine::every,
      "SECONDS",
@@ -173,6 +173,18 @@ void take_no_words(const CommandLine& line) {
         throw Refusal("'orloctl " + line.command + "' takes no argument, '" + line.words[0] +
                       "' given");
     }
+}
+
+std::string chosen_word(const CommandLine& line, const std::vector<std::string>& choices) {
+    if (line.words.empty()) {
+        return choices.front();
+    }
+    const std::string& word = line.words.size() > 1 ? line.words[1] : line.words[0];
+    if (line.words.size() > 1 || std::find(choices.begin(), choices.end(), word) == choices.end()) {
+        throw Refusal("'orloctl " + line.command + "' takes " + alternatives(choices) + ", '" +
+                      word + "' given");
+    }
+    return word;
 }
 
 std::string option_help(const std::string& command) {

@@ -32,6 +32,10 @@ CommandLine read_command_line(const std::vector<std::string>& arguments);
 // Throws a Refusal when there are words behind a command that takes none.
 void take_no_words(const CommandLine& line);
 
+// The word behind a command that takes one of these, the first of them when there is none. Throws a
+// Refusal that lists them.
+std::string chosen_word(const CommandLine& line, const std::vector<std::string>& choices);
+
 // The options of a command ("" for those that all commands take), as lines of its help.
 std::string option_help(const std::string& command);
 

@@ -62,9 +62,8 @@ std::string parameter_help(const Parameter& parameter, const ShellCommand* shell
     case Kind::ignored:
         return "never read, takes no word";
     case Kind::record:
-        return parameter.form == nullptr ? "a record that cannot be written in JSON yet"
-                                         : std::string("JSON or @FILE, see 'orloctl records ") +
-                                               parameter.form->record->name + "'";
+        return std::string("JSON or @FILE, see 'orloctl records ") + parameter.form->record->name +
+               "'";
     case Kind::text_out:
     case Kind::numbers_out:
     case Kind::word_out:
@@ -79,9 +78,7 @@ std::string details(const Operation& operation) {
     table.add({"prototype", operation.prototype});
     table.add({"does", operation.summary});
     table.add({"result", meaning_help(operation.meaning)});
-    table.add({"call", operation.takes_unknown_record()
-                           ? "takes a record: not from the command line"
-                           : "orloctl call " + operation.usage()});
+    table.add({"call", "orloctl call " + operation.usage()});
     std::string text = operation.name + "\n" + table.text(2);
     Table parameters;
     for (const Parameter& parameter : operation.parameters) {

@@ -23,6 +23,8 @@ extern const Command apply_command;
 extern const Command status_command;
 extern const Command clients_command;
 extern const Command counters_command;
+extern const Command mesh_command;
+extern const Command quilt_command;
 extern const Command records_command;
 extern const Command schema_command;
 extern const Command system_command;

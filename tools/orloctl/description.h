@@ -91,6 +91,12 @@ struct VapAccessDescription {
     const cp_settings* captive_portal;
 };
 
+struct MeshLinkDescription {
+    const char* eligible_channels;
+    int32_t bandwidth;
+    const mesh_link_vap_settings* vap;
+};
+
 struct RadioDescription {
     int32_t radio; // 0: 2.4 GHz, 1: 5 GHz
     int32_t enabled;
@@ -101,6 +107,7 @@ struct RadioDescription {
     const radio_settings* settings;
     hw_specific_settings* hardware;
     vap_settings* vaps; // all of the radio's
+    const MeshLinkDescription* mesh;
     List<const VapAccessDescription> access;
 
     // Whether there is something for api_apply_wireless_interface.
@@ -121,6 +128,7 @@ constexpr size_t wds_links = 2; // that api_apply_wds takes
 struct AccessPointDescription {
     SystemDescription system;
     List<const RadioDescription> radios;
+    quilt_settings* quilt;
     const wds_settings* wds; // as many as there can be
     const knownClient_setup* known_clients;
     const char* portal_address; // "": none

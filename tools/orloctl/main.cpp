@@ -18,6 +18,7 @@ const Command* const commands[] = {
     &ops_command, &call_command,
     &apply_command, &status_command, &system_command,
     &clients_command, &counters_command,
+    &mesh_command, &quilt_command,
     &block_command, &release_command, &wait_vaps_command,
     &records_command, &schema_command,
 };

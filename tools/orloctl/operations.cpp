@@ -171,11 +171,6 @@ void check_shell_texts(const Operation& operation, const std::vector<Argument>& 
 
 } // namespace
 
-bool Operation::takes_unknown_record() const {
-    return std::any_of(parameters.begin(), parameters.end(),
-                       [](const Parameter& parameter) { return parameter.is_unknown_record(); });
-}
-
 std::string Operation::usage() const {
     std::string words = name;
     for (const Parameter& parameter : parameters) {
@@ -217,12 +212,6 @@ std::vector<Argument> read_arguments(const Operation& operation,
                                      const std::vector<std::string>& words, bool checked) {
     size_t wanted = 0;
     for (const Parameter& parameter : operation.parameters) {
-        if (parameter.is_unknown_record()) {
-            const std::string type = parameter.type.substr(parameter.type.find("struct"));
-            throw Refusal(operation.name + " takes a record (" + type.substr(0, type.find(" *")) +
-                          ") that cannot be written in JSON yet ('orloctl records' lists those "
-                          "that can)");
-        }
         wanted += parameter.takes_word() ? 1 : 0;
     }
     if (words.size() != wanted) {

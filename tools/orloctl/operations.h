@@ -21,9 +21,6 @@ struct Operation {
     const ShellCommand* shell; // that its texts reach, or NULL
     Result (*call)(const vendor_ops& ops, std::vector<Argument>& arguments);
 
-    // Whether it has an argument that no word can describe.
-    bool takes_unknown_record() const;
-
     // "api_set_Channel RADIO CHANNEL": the words of a call.
     std::string usage() const;
 };

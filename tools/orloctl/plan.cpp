@@ -39,8 +39,16 @@ Json argument(const cp_settings* portal) {
     return write_record(cp_settings_record, portal);
 }
 
+Json argument(const quilt_settings* quilt) {
+    return write_record(quilt_settings_record, quilt);
+}
+
 Json argument(const wds_settings* links) {
     return write_records(*record_argument("api_apply_wds"), links);
+}
+
+Json argument(const mesh_link_vap_settings* vap) {
+    return write_record(mesh_link_vap_settings_record, vap);
 }
 
 Json argument(const knownClient_setup* clients) {
@@ -157,6 +165,10 @@ void plan_radio(const RadioDescription& radio, std::vector<Step>& steps) {
         planner.add("api_apply_hw_specific", &vendor_ops::api_apply_hw_specific, radio.radio,
                     radio.hardware);
     }
+    if (radio.mesh != nullptr && radio.mesh->eligible_channels != nullptr) {
+        planner.add("api_apply_mesh_link_radio", &vendor_ops::api_apply_mesh_link_radio,
+                    radio.radio, described(radio.mesh->bandwidth), radio.mesh->eligible_channels);
+    }
     if (radio.has_channel_or_power()) {
         planner.add("api_apply_wireless_interface", &vendor_ops::api_apply_wireless_interface,
                     radio.radio,
@@ -167,6 +179,10 @@ void plan_radio(const RadioDescription& radio, std::vector<Step>& steps) {
     if (radio.vaps != nullptr) {
         planner.add("api_apply_vap", &vendor_ops::api_apply_vap, radio.radio, radio.vaps);
     }
+    if (radio.mesh != nullptr && radio.mesh->vap != nullptr) {
+        planner.add("api_apply_mesh_link_vap", &vendor_ops::api_apply_mesh_link_vap, radio.radio,
+                    radio.mesh->vap);
+    }
     for (const VapAccessDescription& access : radio.access) {
         plan_access(radio.radio, access, steps);
     }
@@ -175,6 +191,10 @@ void plan_radio(const RadioDescription& radio, std::vector<Step>& steps) {
 // What all radios have in common.
 void plan_network(const AccessPointDescription& description, std::vector<Step>& steps) {
     Planner planner(steps);
+    if (description.quilt != nullptr) {
+        planner.add("api_apply_channel_quilt", &vendor_ops::api_apply_channel_quilt,
+                    description.quilt);
+    }
     if (description.wds != nullptr) {
         planner.add("api_apply_wds", &vendor_ops::api_apply_wds, description.wds);
     }

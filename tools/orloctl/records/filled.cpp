@@ -98,7 +98,7 @@ const FilledRecord radio_statistics_record = {
 }};
 
 const FilledRecord vap_statistics_record = {
-    "vap_statistics", sizeof(vap_statistics), ORLO_RADIOS * ORLO_VAPS_PER_RADIO, ORLO_VAPS_PER_RADIO, {
+    "vap_statistics", sizeof(vap_statistics), ORLO_VAPS, ORLO_VAPS_PER_RADIO, {
     COUNTER_OF(vap_statistics, rx_bytes),
     COUNTER_OF(vap_statistics, rx_packets),
     COUNTER_OF(vap_statistics, tx_bytes),

@@ -128,6 +128,7 @@ Form number() {
 
 Form choice(std::vector<Name> names) {
     std::vector<int64_t> numbers;
+    numbers.reserve(names.size());
     for (const Name& name : names) {
         numbers.push_back(name.value);
     }

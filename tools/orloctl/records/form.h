@@ -25,7 +25,7 @@ enum class Type {
     record,     // an object
     array,      // a fixed number of records: those that are not listed get their defaults
     some,       // a fixed number of records: those that are not listed are zero
-    optional,   // an object, or none
+    optional,   // an object, or none, which is NULL or zero
     list,       // as many records as there are
     keyed,      // a fixed number of records, of which each listed one names its position
     references, // the same of pointers to records: NULL where none is listed

@@ -1,4 +1,6 @@
-// Links between access points.
+// Links between access points: WDS and mesh.
+#include "description.h"
+#include "records/channels.h"
 #include "records/registry.h"
 #include "records/wpa.h"
 
@@ -16,6 +18,18 @@ bool has_key(const WdsWpa& wpa, const Place& /*place*/) {
 
 bool can_have_mfp(const WdsWpa& wpa, const Place& /*place*/) {
     return wpa.mfp == 0 || wpa.version == ORLO_WPA2;
+}
+
+bool has_mesh_key(const mesh_link_vap_settings& vap, const Place& /*place*/) {
+    return is_wpa_key(vap.key);
+}
+
+bool has_channels_and_width(const MeshLinkDescription& mesh, const Place& /*place*/) {
+    return (mesh.eligible_channels == nullptr) == (mesh.bandwidth == not_described);
+}
+
+bool lists_channels(const MeshLinkDescription& mesh, const Place& /*place*/) {
+    return mesh.eligible_channels == nullptr || is_channel_list(mesh.eligible_channels);
 }
 
 } // namespace
@@ -45,6 +59,34 @@ const Record wds_wpa_record = {
 }, {
     condition<&has_key>("key", wpa_key_rule),
     condition<&can_have_mfp>("mfp", "is possible with WPA2 alone"),
+}};
+
+const Record mesh_link_record = {
+    "mesh_link", "mesh links of a radio", sizeof(MeshLinkDescription), {
+    {MEMBER_OF(MeshLinkDescription, eligible_channels), text().joined_by(" "),
+     "channels that the mesh may use; a radio on another one moves to the first"},
+    {MEMBER_OF(MeshLinkDescription, bandwidth),
+     number().one_of({20, 40, 80}).in_unit("MHz").or_not_given(not_described), "width of the channel"},
+    {MEMBER_OF(MeshLinkDescription, vap), optional(mesh_link_vap_settings_record),
+     "the VAP that carries the links"},
+}, {
+    condition<&has_channels_and_width>("bandwidth", "goes with \"eligible_channels\", one needs the other"),
+    condition<&lists_channels>("eligible_channels", channel_list_rule),
+}};
+
+const Record mesh_link_vap_settings_record = {
+    "mesh_link_vap_settings", "the VAP that carries mesh links, always WPA2 with CCMP",
+    sizeof(mesh_link_vap_settings), {
+    {MEMBER_OF(mesh_link_vap_settings, acceptor), flag().required(),
+     "other access points may connect to it"},
+    {MEMBER_OF(mesh_link_vap_settings, connector), flag().required(), "it connects to another one"},
+    {MEMBER_OF(mesh_link_vap_settings, vap), number().in(0, 1).required(),
+     "which one; the mesh switches those from 2 on off"},
+    {MEMBER_OF(mesh_link_vap_settings, ssid), text().not_empty().bytes(32).required(),
+     "name of the mesh"},
+    {MEMBER_OF(mesh_link_vap_settings, key), text().required(), "its passphrase"},
+}, {
+    condition<&has_mesh_key>("key", wpa_key_rule),
 }};
 // clang-format on
 

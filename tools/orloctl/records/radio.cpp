@@ -1,4 +1,7 @@
 // The records of a radio: general settings, settings of its hardware.
+#include <cstring>
+
+#include "records/channels.h"
 #include "records/registry.h"
 
 namespace orloctl {
@@ -8,18 +11,8 @@ namespace {
 using namespace forms;
 
 bool lists_channels(const hw_specific_settings& settings, const Place& /*place*/) {
-    bool behind_digit = false;
-    for (const char c : settings.eligible_channels) {
-        if (c == '\0') {
-            break;
-        }
-        const bool is_digit = c >= '0' && c <= '9';
-        if (!is_digit && (c != ' ' || !behind_digit)) {
-            return false;
-        }
-        behind_digit = is_digit;
-    }
-    return behind_digit;
+    const char* const channels = settings.eligible_channels;
+    return is_channel_list({channels, strnlen(channels, sizeof settings.eligible_channels)});
 }
 
 } // namespace
@@ -66,7 +59,7 @@ const Record hw_specific_settings_record = {
     {MEMBER_OF(hw_specific_settings, basic_rate), text().joined_by(","), "not served"},
     {MEMBER_OF(hw_specific_settings, mcs_index), text().joined_by(","), "not served"},
 }, {
-    condition<&lists_channels>("eligible_channels", "must be numbers with one blank between them"),
+    condition<&lists_channels>("eligible_channels", channel_list_rule),
 }};
 // clang-format on
 

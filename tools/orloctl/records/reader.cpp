@@ -122,7 +122,9 @@ void Reader::read_member(json_t* json, const Field& field, void* record, const P
         }
         break;
     case Type::optional:
-        if (json != nullptr) {
+        if (json != nullptr && field.storage == Storage::record) {
+            read(json, *form.record, member_of(record, field), place);
+        } else if (json != nullptr) {
             void* memory = arena_.take(form.record->size);
             read(json, *form.record, memory, place);
             store_pointer(record, field, memory);

@@ -22,6 +22,8 @@ const std::vector<RecordArgument>& record_arguments() {
         {"api_apply_captive_portal_to_vap", forms::record(cp_settings_record)},
         {"api_apply_known_clients", forms::record(knownClient_setup_record)},
         {"api_apply_wds", forms::some(wds_settings_record, wds_links)},
+        {"api_apply_channel_quilt", forms::record(quilt_settings_record)},
+        {"api_apply_mesh_link_vap", forms::record(mesh_link_vap_settings_record)},
         {"api_apply_daylight_saving", forms::record(dst_rule_record)},
         {"api_apply_snmp", forms::record(snmp_settings_record)},
     };
@@ -66,6 +68,12 @@ const std::vector<const Record*>& all_records() {
         &cp_auth_server_record,
         &wds_settings_record,
         &wds_wpa_record,
+        &mesh_link_record,
+        &mesh_link_vap_settings_record,
+        &quilt_settings_record,
+        &quilt_vap_record,
+        &quilt_wpa_personal_record,
+        &quilt_wpa_enterprise_record,
         &knownClient_setup_record,
     };
     return all;

@@ -48,6 +48,13 @@ extern const Record knownClient_setup_record;
 
 extern const Record wds_settings_record;
 extern const Record wds_wpa_record;
+extern const Record mesh_link_record;
+extern const Record mesh_link_vap_settings_record;
+
+extern const Record quilt_settings_record;
+extern const Record quilt_vap_record;
+extern const Record quilt_wpa_personal_record;
+extern const Record quilt_wpa_enterprise_record;
 
 // All of them, those that others are made of behind these.
 const std::vector<const Record*>& all_records();

@@ -14,11 +14,6 @@ using Wnm = decltype(fast_roaming::wnm);
 constexpr int64_t highest_port = 65535;
 constexpr int64_t radius_port = 1812;
 
-template <class Security>
-bool has_wpa3_cipher(const Security& security, const Place& /*place*/) {
-    return (security.wpa & ORLO_WPA3) == 0 || security.cipher_suites == ORLO_CIPHER_CCMP;
-}
-
 bool has_wpa_key(const wpa_personal& security, const Place& /*place*/) {
     return is_wpa_key(security.key);
 }
@@ -34,8 +29,6 @@ bool has_place_for_wep(const vap_settings& vap, const Place& place) {
 bool has_radius_server(const vap_settings& vap, const Place& /*place*/) {
     return !is(vap.wireless_security, "wpa-enterprise") || vap.radius_server[0].ip != nullptr;
 }
-
-constexpr const char* wpa3_cipher_rule = "WPA3 needs \"CCMP\" alone";
 
 } // namespace
 
@@ -98,9 +91,7 @@ const Record wep_record = {
 
 const Record wpa_personal_record = {
     "wpa_personal", "WPA with a passphrase", sizeof(wpa_personal), {
-    {MEMBER_OF(wpa_personal, wpa),
-     wpa_versions().one_of({ORLO_WPA2, ORLO_WPA1 | ORLO_WPA2, ORLO_WPA3, ORLO_WPA2 | ORLO_WPA3}).required(),
-     "versions on offer"},
+    {MEMBER_OF(wpa_personal, wpa), wpa_personal_versions().required(), "versions on offer"},
     {MEMBER_OF(wpa_personal, cipher_suites), wpa_ciphers(), "pairwise ciphers on offer"},
     {MEMBER_OF(wpa_personal, refresh_rate), wpa_rekeying(), "from one group key to the next"},
     {MEMBER_OF(wpa_personal, key), text().required(), "passphrase and SAE password"},
@@ -111,8 +102,7 @@ const Record wpa_personal_record = {
 
 const Record wpa_enterprise_record = {
     "wpa_enterprise", "WPA with RADIUS servers", sizeof(wpa_enterprise), {
-    {MEMBER_OF(wpa_enterprise, wpa),
-     wpa_versions().one_of({ORLO_WPA2, ORLO_WPA1 | ORLO_WPA2, ORLO_WPA3}).required(),
+    {MEMBER_OF(wpa_enterprise, wpa), wpa_enterprise_versions().required(),
      "versions on offer; WPA3 is that of 192 bits"},
     {MEMBER_OF(wpa_enterprise, cipher_suites), wpa_ciphers(), "pairwise ciphers on offer"},
     {MEMBER_OF(wpa_enterprise, Bcast_refresh_rate), wpa_rekeying(), "from one group key to the next"},

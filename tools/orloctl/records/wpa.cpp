@@ -18,6 +18,15 @@ Form wpa_versions() {
     return forms::mask({{"WPA", ORLO_WPA1}, {"WPA2", ORLO_WPA2}, {"WPA3", ORLO_WPA3}});
 }
 
+Form wpa_personal_versions() {
+    return wpa_versions().one_of(
+        {ORLO_WPA2, ORLO_WPA1 | ORLO_WPA2, ORLO_WPA3, ORLO_WPA2 | ORLO_WPA3});
+}
+
+Form wpa_enterprise_versions() {
+    return wpa_versions().one_of({ORLO_WPA2, ORLO_WPA1 | ORLO_WPA2, ORLO_WPA3});
+}
+
 Form wpa_ciphers() {
     return forms::mask({{"TKIP", ORLO_CIPHER_TKIP}, {"CCMP", ORLO_CIPHER_CCMP}})
         .one_of({ORLO_CIPHER_TKIP, ORLO_CIPHER_CCMP, ORLO_CIPHER_TKIP | ORLO_CIPHER_CCMP})

@@ -162,6 +162,15 @@ Json write_pointed(const Form& form, const void* first) {
     return first == nullptr ? nullptr : write_records(form, first);
 }
 
+Json write_optional(const void* record, const Field& field) {
+    const Form& form = field.form;
+    if (field.storage != Storage::record) {
+        return write_pointed(form, load_pointer(record, field));
+    }
+    const void* memory = member_of(record, field);
+    return is_zero(memory, form.record->size) ? nullptr : write_record(*form.record, memory);
+}
+
 // NULL for a member that is not given.
 Json write_member(const void* record, const Field& field) {
     const Form& form = field.form;
@@ -185,6 +194,7 @@ Json write_member(const void* record, const Field& field) {
         return write_pointed(form, field.storage == Storage::record ? member_of(record, field)
                                                                     : load_pointer(record, field));
     case Type::optional:
+        return write_optional(record, field);
     case Type::keyed:
         return write_pointed(form, load_pointer(record, field));
     case Type::list: {

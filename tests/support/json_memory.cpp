@@ -1,4 +1,4 @@
-#include "quilt/json_memory.h"
+#include "support/json_memory.h"
 
 #include <cstdlib>
 #include <jansson.h>
