@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+using orlo::read_inline;
 using orlo::stage;
 
 namespace {
@@ -50,7 +51,7 @@ bool stage_action(const char (&action)[8]) {
 }
 
 bool add_client(const known_client_node& node) {
-    const auto mac = orlo::read_inline(node.mac);
+    const auto mac = read_inline(node.mac);
     if (*mac == '\0') {
         LOG_TRACE_FOR(apply_clients, "error: This node is a null string in mac list.\n");
         return false;

@@ -277,7 +277,9 @@ TEST_F(ServedStations, OnALineThatIsNoneAreSkipped) {
         "x y " + std::string(bssid) + " 1",
     };
     for (const std::string& line : lines) {
-        write_file(served_list, line + "\n3c:22:fb:10:20:30 40" + rest + "\n");
+        std::string list = line;
+        list.append("\n3c:22:fb:10:20:30 40").append(rest).append("\n");
+        write_file(served_list, list);
         EXPECT_EQ(serve(1, 3), 0);
         EXPECT_THAT(found(), ElementsAre("3c:22:fb:10:20:30 -55 44")) << "and the next is read";
         EXPECT_THAT(
