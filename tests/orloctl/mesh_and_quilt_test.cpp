@@ -96,6 +96,14 @@ the agent's status: {
     "channel": 36
   }
 }
+)") << ended.err;
+    const Ended other =
+        there(quilt + "printf 'no\\nJSON' >/var/run/device/cqstatus; orloctl quilt; "
+                      "orloctl quilt --json");
+    EXPECT_THAT(other.out, HasSubstr("the agent's status: no?JSON\n"));
+    EXPECT_THAT(other.out, HasSubstr(R"("status": "no\nJSON")"));
+    EXPECT_THAT(there("orloctl quilt --json").out, HasSubstr("\"status\": null"));
+}
 
 TEST_F(OnTheAccessPoint, the_stations_that_the_quilt_hears_are_listed) {
     const Ended ended = there("touch /etc/qxw/cq_version; orloctl quilt scan");
