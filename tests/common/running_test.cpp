@@ -3,7 +3,7 @@
 
 #include "support/access_point.h"
 
-#include <cstring>
+#include <cstdio>
 #include <sys/wait.h>
 
 namespace orlo::test {
@@ -40,7 +40,7 @@ TEST_F(Running, LeavesNeitherADescriptorNorAProcess) {
     }
     for (const char* command : {"echo first; echo second", "exit 1"}) {
         char text[32] = {};
-        strcpy(text, command);
+        snprintf(text, sizeof text, "%s", command);
         replace_by_output(text, sizeof text);
         execute_system_call(command, text, sizeof text, 1);
     }
