@@ -13,57 +13,57 @@ const std::string portal_command = "cat /sys/kernel/debug/sta/mesh_is_portal_ap"
 const std::string links_command =
     "hostapd_cli -i ath11 -p /var/run/hostapd-wifi1/ all_sta | grep -e bytes -e STAAddress | "
     "awk -F= '{if(NR%3==0){ORS=\"\\n\"}else{ORS=\" \"} print $2}'";
+const std::string station_seen = "log 8/4 get_ml_vap_counters: 0: STA: 06:11:22:33:44:57, "
+                                 "tx: 1000000, rx:2000000, time: 1000";
 
 } // namespace
 
 TEST_F(MeshStatistics, OfTheFirstReportAreZero) {
     carry(2000000, 1000000, 4000000, 3000000);
     EXPECT_EQ(statistics_report(), report_of(rates("0", "0"), rates("0", "0")));
-    EXPECT_THAT(
-        door.trace(),
-        testing::ElementsAreArray(Trace{
-            "log 8/5 create_ml_statistics_report: Enter",
-            "log 8/5 is_ml_enable: Enter",
-            "log 8/5 get_ml_vap_uci_interface_name: Enter",
-            "log 8/5 create_ml_vap_json: Enter",
-            "log 8/5 get_ml_vap_counters: Enter",
-            "log 8/5 get_ml_vap_uci_interface_name: Enter",
-            "log 8/4 get_ml_vap_counters: execute " + links_command,
-            "read " + links_command,
-            "log 8/4 get_ml_vap_counters: res: 06:11:22:33:44:57 2000000 1000000",
-            "log 8/5 normalize_ml_mac: Enter",
-            "log 8/4 get_ml_vap_counters: 0: STA: 06:11:22:33:44:57, tx: 1000000, rx:2000000, "
-            "time: 1000",
-            "log 8/5 get_link_speed: Enter",
-            "log 8/4 get_link_speed: execute " + child_speed_command,
-            "read " + child_speed_command,
-            "log 8/4 get_link_speed: res: 06:11:22:33:44:57 780.0 866.5",
-            "log 8/4 get_link_speed: tx: 866.5",
-            "log 8/5 ml_vap_entry_json: Enter",
-            "log 8/4 create_ml_vap_json: new: 04:11:22:33:44:40, tx: 0, rx: 0",
-            "log 8/5 create_ml_sta_json: Enter",
-            "log 8/5 is_ml_root: Enter",
-            "log 8/4 is_ml_root: execute " + portal_command,
-            "read " + portal_command,
-            "log 8/4 is_ml_root: res: N",
-            "log 8/5 get_ml_sta_counter: Enter",
-            "log 8/4 get_ml_sta_counter: execute " + station_command,
-            "read " + station_command,
-            "log 8/4 get_ml_sta_counter: res: mesh0",
-            "log 8/5 get_ml_vap_uci_interface_name: Enter",
-            "log 8/4 get_ml_sta_counter: execute " + traffic_command,
-            "read " + traffic_command,
-            "log 8/4 get_ml_sta_counter: res: 4000000 3000000",
-            "log 8/4 get_ml_sta_counter: tx: 3000000, rx: 4000000, last_updated: 1000",
-            "log 8/5 get_link_speed: Enter",
-            "log 8/4 get_link_speed: execute " + parent_speed_command,
-            "read " + parent_speed_command,
-            "log 8/4 get_link_speed: res: 06:11:22:33:44:57 780.0 866.5",
-            "log 8/4 get_link_speed: tx: 866.5",
-            "log 8/5 diff_ml_counter: Enter",
-            "log 8/5 ml_sta_entry_json: Enter",
-            "log 8/4 create_ml_sta_json: diff: tx:0, rx: 0, diff: 0",
-        }));
+    EXPECT_THAT(door.trace(),
+                testing::ElementsAreArray(Trace{
+                    "log 8/5 create_ml_statistics_report: Enter",
+                    "log 8/5 is_ml_enable: Enter",
+                    "log 8/5 get_ml_vap_uci_interface_name: Enter",
+                    "log 8/5 create_ml_vap_json: Enter",
+                    "log 8/5 get_ml_vap_counters: Enter",
+                    "log 8/5 get_ml_vap_uci_interface_name: Enter",
+                    "log 8/4 get_ml_vap_counters: execute " + links_command,
+                    "read " + links_command,
+                    "log 8/4 get_ml_vap_counters: res: 06:11:22:33:44:57 2000000 1000000",
+                    "log 8/5 normalize_ml_mac: Enter",
+                    station_seen,
+                    "log 8/5 get_link_speed: Enter",
+                    "log 8/4 get_link_speed: execute " + child_speed_command,
+                    "read " + child_speed_command,
+                    "log 8/4 get_link_speed: res: 06:11:22:33:44:57 780.0 866.5",
+                    "log 8/4 get_link_speed: tx: 866.5",
+                    "log 8/5 ml_vap_entry_json: Enter",
+                    "log 8/4 create_ml_vap_json: new: 04:11:22:33:44:40, tx: 0, rx: 0",
+                    "log 8/5 create_ml_sta_json: Enter",
+                    "log 8/5 is_ml_root: Enter",
+                    "log 8/4 is_ml_root: execute " + portal_command,
+                    "read " + portal_command,
+                    "log 8/4 is_ml_root: res: N",
+                    "log 8/5 get_ml_sta_counter: Enter",
+                    "log 8/4 get_ml_sta_counter: execute " + station_command,
+                    "read " + station_command,
+                    "log 8/4 get_ml_sta_counter: res: mesh0",
+                    "log 8/5 get_ml_vap_uci_interface_name: Enter",
+                    "log 8/4 get_ml_sta_counter: execute " + traffic_command,
+                    "read " + traffic_command,
+                    "log 8/4 get_ml_sta_counter: res: 4000000 3000000",
+                    "log 8/4 get_ml_sta_counter: tx: 3000000, rx: 4000000, last_updated: 1000",
+                    "log 8/5 get_link_speed: Enter",
+                    "log 8/4 get_link_speed: execute " + parent_speed_command,
+                    "read " + parent_speed_command,
+                    "log 8/4 get_link_speed: res: 06:11:22:33:44:57 780.0 866.5",
+                    "log 8/4 get_link_speed: tx: 866.5",
+                    "log 8/5 diff_ml_counter: Enter",
+                    "log 8/5 ml_sta_entry_json: Enter",
+                    "log 8/4 create_ml_sta_json: diff: tx:0, rx: 0, diff: 0",
+                }));
     EXPECT_EQ(JsonMemory::in_use(), 0);
 }
 
