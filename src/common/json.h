@@ -2,7 +2,6 @@
 #pragma once
 
 #include <jansson.h>
-#include <utility>
 
 namespace orlo {
 
@@ -16,7 +15,11 @@ public:
 
     explicit operator bool() const { return value_ != nullptr; }
     json_t* get() const { return value_; }
-    json_t* hand_on() { return std::exchange(value_, nullptr); }
+    json_t* hand_on() {
+        json_t* value = value_;
+        value_ = nullptr;
+        return value;
+    }
 
 private:
     json_t* value_;

@@ -6,7 +6,6 @@
 #include "meshlink/log.h"
 #include "meshlink/vap.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -18,7 +17,8 @@ namespace {
 constexpr int usual_links = 4; // as many as a mesh VAP accepts when it is set up here
 
 int known_link_speed(const char* interface, const char* address) {
-    return std::max(get_link_speed(interface, address), 0);
+    const int speed = get_link_speed(interface, address);
+    return speed > 0 ? speed : 0;
 }
 
 // The interface of the mesh station, by the digit in the name of the first one that is up.

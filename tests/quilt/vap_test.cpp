@@ -75,6 +75,10 @@ TEST_F(QuiltVaps, AreAppliedInTheirOrderWhateverTheirIndexes) {
     EXPECT_EQ(staged_value("wireless.wifi0vap3.vlan_id"), "11") << "of the last of them";
 }
 
+static const char* const mfp_ignored =
+    "log api_apply_channel_quilt: Security is not \"wpa-personal\" or "
+    "\"wpa-enterprise\"ignore quilt_settings->quilt_radio[17].mfp:5";
+
 TEST_F(QuiltVaps, AnOpenOneIsStagedInOrder) {
     configure("wireless.wifi1vap3.key", "old");
     configure("wireless.wifi1vap3.sae", "1");
@@ -128,8 +132,7 @@ TEST_F(QuiltVaps, AnOpenOneIsStagedInOrder) {
                     "delete wireless.wifi1vap3.sae_groups",
                     "delete wireless.wifi1vap3.sae_password",
                     "delete wireless.wifi1vap3.suite_b",
-                    "log api_apply_channel_quilt: Security is not \"wpa-personal\" or "
-                    "\"wpa-enterprise\"ignore quilt_settings->quilt_radio[17].mfp:5",
+                    mfp_ignored,
                     "log set_vap_fast_roaming: info: fast_roaming.status: 0",
                     "set wireless.wifi1vap3.ieee80211r=0",
                     "set wireless.wifi1vap3.ieee80211k=0",

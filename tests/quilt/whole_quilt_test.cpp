@@ -35,14 +35,15 @@ protected:
     WholeQuilt() {
         for (int i = 0; i <= last; i++) {
             const std::string own = std::to_string(i);
-            texts_[i] = {"10.1.0." + own,    "primary " + own, "10.2.0." + own,
-                         "secondary " + own, "10.3.0." + own,  "portal " + own};
+            texts_[static_cast<size_t>(i)] = {"10.1.0." + own, "primary " + own,
+                                              "10.2.0." + own, "secondary " + own,
+                                              "10.3.0." + own, "portal " + own};
             fill(i);
         }
     }
 
     void fill(int i) {
-        const Texts& texts = texts_[i];
+        const Texts& texts = texts_[static_cast<size_t>(i)];
         quilt_vap& vap = enable(i, radio_of(i), vap_of(i));
         put(vap.ssid, ("Quilt " + std::to_string(i)).c_str());
         vap.vlan_id = 100 + i;
@@ -77,7 +78,7 @@ protected:
 
     // All that is written of an entry's VAP, in its order.
     Trace edits_expected_of(int i) const {
-        const Texts& texts = texts_[i];
+        const Texts& texts = texts_[static_cast<size_t>(i)];
         const std::string own = std::to_string(i);
         const Trace basic = {
             "mode=quilt",        "disabled=0", "bssid=02:00:00:00:0c:00",
@@ -125,11 +126,14 @@ TEST_F(WholeQuilt, HasEachVapStagedWithItsOwnFilterServersAndPortal) {
     for (int i = 0; i <= last; i++) {
         const std::string section = "wireless." + section_of(i);
         EXPECT_EQ(committed_value(section + ".macfilter"), std::to_string(2 + i % 2));
-        EXPECT_EQ(committed_value(section + ".mac_auth_server"), texts_[i].primary);
-        EXPECT_EQ(committed_value(section + ".mac_auth_secret_second"), texts_[i].secondary_secret);
+        EXPECT_EQ(committed_value(section + ".mac_auth_server"),
+                  texts_[static_cast<size_t>(i)].primary);
+        EXPECT_EQ(committed_value(section + ".mac_auth_secret_second"),
+                  texts_[static_cast<size_t>(i)].secondary_secret);
         EXPECT_EQ(committed_value(section + ".mac_auth_port"), std::to_string(port(i)));
         EXPECT_EQ(committed_value(section + ".captive_portal"), "2");
-        EXPECT_EQ(committed_value(section + ".cp_pri_auth_server"), texts_[i].portal);
+        EXPECT_EQ(committed_value(section + ".cp_pri_auth_server"),
+                  texts_[static_cast<size_t>(i)].portal);
     }
 }
 
