@@ -56,7 +56,7 @@ pid_t Door::fork_with(pid_t (*real_fork)()) {
     return child_;
 }
 
-Child Door::child() {
+Child Door::child() const {
     Child child;
     int status = 0;
     if (waitpid(child_, &status, 0) != child_) {

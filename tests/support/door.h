@@ -87,7 +87,7 @@ public:
     void redirect(const std::string& path) { redirection_ = path; }
 
     // Waits for the end of the child that the library forked last, which only the agent ever does.
-    Child child();
+    Child child() const;
 
     // Called at each sleep of the library, with the number of sleeps so far. The library never
     // really sleeps here.

@@ -1,6 +1,8 @@
 // Operations that this access point does not serve: they log that, succeed and touch nothing.
 #include "support/access_point.h"
 
+#include <cstring>
+
 #include <climits>
 
 namespace orlo::test {
@@ -35,7 +37,9 @@ TEST_F(NotServed, TheWiredNetworkIsNotTheAgentsToConfigure) {
 }
 
 TEST_F(NotServed, ArgumentsAreNotEvenLookedAt) {
-    const auto* wild = reinterpret_cast<const char*>(uintptr_t{8});
+    const uintptr_t nowhere = 8;
+    const char* wild = nullptr;
+    memcpy(&wild, &nowhere, sizeof wild);
     EXPECT_EQ(ops.api_apply_static_ip(wild, wild, wild), 0);
     EXPECT_EQ(ops.api_apply_dns(wild, wild, wild), 0);
     EXPECT_EQ(ops.api_apply_link_aggregation(const_cast<char*>(wild)), 0);

@@ -50,10 +50,14 @@ TEST_F(OpenFlow, HasAControllerUnderAnyNumber) {
     const std::string own = "log api_apply_openflow_controller: ";
     for (int index : {0, 1, 99, INT_MAX}) {
         const std::string i = std::to_string(index);
+        const std::string entering = std::string(own)
+                                         .append("Entering... index: ")
+                                         .append(i)
+                                         .append(", controller: tcp:10.0.0.9:6653");
         door.forget();
         EXPECT_EQ(ops.api_apply_openflow_controller(index, "tcp:10.0.0.9:6653"), 0);
         EXPECT_THAT(door.trace(),
-                    ElementsAre(own + "Entering... index: " + i + ", controller: tcp:10.0.0.9:6653",
+                    ElementsAre(entering,
                                 "set openflow.config.controller" + i + "=tcp:10.0.0.9:6653",
                                 own + "End... return: 0"));
     }
@@ -108,9 +112,10 @@ TEST_F(OpenFlow, WithoutAControllerOpensClosesOrIsSecure) {
         door.forget();
         EXPECT_EQ(ops.api_apply_openflow_critical_mode(mode, 99), 0);
         const std::string shown = mode == nullptr ? "NULL" : mode;
-        EXPECT_THAT(door.trace(),
-                    ElementsAre(own + "Entering... mode: " + shown + ", timeout: 99",
-                                "set openflow.config.fail_mode=secure", own + "End... return: 0"));
+        const std::string entering =
+            std::string(own).append("Entering... mode: ").append(shown).append(", timeout: 99");
+        EXPECT_THAT(door.trace(), ElementsAre(entering, "set openflow.config.fail_mode=secure",
+                                              own + "End... return: 0"));
         EXPECT_EQ(staged_value("openflow.config.fail_timeout"), "30") << "left as it was";
     }
     EXPECT_EQ(restarted(), "network-5");
