@@ -31,8 +31,11 @@ protected:
 
     unsigned count() const { return number(8); }
     unsigned number(size_t at) const {
-        return table_[at] | table_[at + 1] << 8 | table_[at + 2] << 16 |
-               static_cast<unsigned>(table_[at + 3]) << 24;
+        unsigned value = 0;
+        for (size_t i = 4; i-- > 0;) {
+            value = value << 8 | table_[at + i];
+        }
+        return value;
     }
     std::string entry(size_t index) const {
         std::string text;

@@ -23,8 +23,11 @@ unsigned char byte_at(size_t i) {
 }
 
 uint32_t number_at(size_t i) {
-    return byte_at(i) | byte_at(i + 1) << 8 | byte_at(i + 2) << 16 |
-           static_cast<uint32_t>(byte_at(i + 3)) << 24;
+    uint32_t value = 0;
+    for (size_t k = 4; k-- > 0;) {
+        value = value << 8 | byte_at(i + k);
+    }
+    return value;
 }
 
 } // namespace

@@ -57,7 +57,7 @@ TEST_F(WalledGarden, MayBeEmpty) {
 TEST_F(WalledGarden, MayBeFull) {
     std::vector<std::string> names(50);
     std::string all;
-    for (int i = 0; i < 50; i++) {
+    for (size_t i = 0; i < names.size(); i++) {
         names[i] = "site" + std::to_string(i) + ".example";
         portal_.walled_garden[i] = names[i].c_str();
         all += (i == 0 ? "" : " ") + names[i];
