@@ -1,6 +1,7 @@
 // Finding the associated clients: the stations of ordinary VAPs stand in the driver's table, those
 // of quilt VAPs in its debug file.
 #include "clients/client_list.h"
+#include "clients/quilt_stations.h"
 #include "common/command.h"
 #include "common/identity.h"
 #include "common/log.h"
@@ -13,7 +14,6 @@
 #include <endian.h>
 
 using orlo::CommandOutput;
-using orlo::mac_text;
 using orlo::OptionValue;
 using orlo::Text;
 
@@ -133,9 +133,7 @@ bool read_client_line(char* line, Station* station) {
 }
 
 bool list_debug_file(const Vap& vap) {
-    CommandOutput output(
-        Text<128>("grep -i %s /sys/kernel/debug/sta/sta_assoc_list | awk '$4==1{print}'",
-                  mac_text(vap.bssid).c_str()));
+    CommandOutput output(orlo::quilt_stations_command(vap.bssid));
     if (!output.started()) {
         LOG_TRACE_FOR("prepare_assoc_client_list",
                       "error: failed to execute command for getting associated client info.\n");

@@ -1,7 +1,9 @@
 // The quilt scan: a report of the stations that the quilt's VAPs hear or serve, from the lists of
 // the driver's debug files.
+#include "clients/quilt_stations.h"
 #include "common/command.h"
 #include "common/identity.h"
+#include "common/json.h"
 #include "common/log.h"
 #include "common/text.h"
 #include "ops/operations.h"
@@ -9,9 +11,9 @@
 #include <cctype>
 #include <cstdio>
 #include <ctime>
-#include <jansson.h>
 
 using orlo::CommandOutput;
+using orlo::Json;
 using orlo::Text;
 
 namespace {
@@ -138,8 +140,7 @@ int get_cqscan_assoc_clients(int radio, int vap, struct json_t* object) {
         return -1;
     }
     const time_t now = time(nullptr);
-    const Text<128> command("grep -i %s /sys/kernel/debug/sta/sta_assoc_list | awk '$4==1{print}'",
-                            orlo::mac_text(bssid).c_str());
+    const Text<128> command = orlo::quilt_stations_command(bssid);
     CommandOutput list(command);
     if (!list.started()) {
         LOG_ERROR("Failed to open file, %s\n", command.c_str());
@@ -156,23 +157,21 @@ struct json_t* api_get_cqscan(void* /*unused*/) {
     if (api_is_quilt_capable() == 0) {
         return nullptr;
     }
-    json_t* const stations = json_object(); // by address
-    if (stations == nullptr) {
+    const Json stations(json_object()); // by address
+    if (!stations) {
         LOG_ERROR("Failed to make JSON object\n");
         return nullptr;
     }
     json_t* const scan = json_array();
     if (scan == nullptr) {
         LOG_ERROR("Failed to make JSON array\n");
-        json_decref(stations);
         return nullptr;
     }
-    find_stations(stations);
+    find_stations(stations.get());
     const char* mac = nullptr;
     json_t* station = nullptr;
-    json_object_foreach(stations, mac, station) {
+    json_object_foreach(stations.get(), mac, station) {
         json_array_append(scan, station);
     }
-    json_decref(stations);
     return scan;
 }
