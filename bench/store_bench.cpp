@@ -49,9 +49,8 @@ public:
         return context;
     }
 
-    bool set(const std::string& text) const {
+    bool set(std::string reference) const {
         uci_context* context = open();
-        std::string reference = text;
         uci_ptr found;
         const bool done = uci_lookup_ptr(context, &found, reference.data(), true) == UCI_OK &&
                           uci_set(context, &found) == UCI_OK &&
@@ -60,9 +59,8 @@ public:
         return done;
     }
 
-    bool get(const std::string& text) const {
+    bool get(std::string reference) const {
         uci_context* context = open();
-        std::string reference = text;
         uci_ptr found;
         const bool done = uci_lookup_ptr(context, &found, reference.data(), true) == UCI_OK &&
                           (found.flags & uci_ptr::UCI_LOOKUP_COMPLETE) != 0;

@@ -54,7 +54,7 @@ protected:
     };
 
     static Outcome read(const char* name = interface) {
-        Outcome outcome = {-2, 4711, std::vector<char>(most_stations * 88, untouched)};
+        Outcome outcome = {-2, 4711, std::vector<char>(88UL * most_stations, untouched)};
         outcome.result = exported<decltype(::mwl_get_assoclist)>("mwl_get_assoclist")(
             name, outcome.bytes.data(), &outcome.length);
         return outcome;
@@ -160,7 +160,7 @@ TEST_F(StationTable, ListsTheStationsOneBehindTheOther) {
         EXPECT_EQ(outcome.entry(i).mac[5], i);
         EXPECT_EQ(outcome.entry(i).rx_packets, 1000U + i);
     }
-    EXPECT_TRUE(outcome.untouched_from(3 * 88));
+    EXPECT_TRUE(outcome.untouched_from(3UL * 88));
 }
 
 TEST_F(StationTable, MayBeEmpty) {

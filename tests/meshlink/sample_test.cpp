@@ -20,7 +20,7 @@ protected:
 
     static std::string text_of(json_t* report) {
         char* text = json_dumps(report, JSON_COMPACT | JSON_ENCODE_ANY);
-        const std::string copy = text == nullptr ? "NULL" : text;
+        std::string copy = text == nullptr ? "NULL" : text;
         free(text);
         json_decref(report);
         return copy;
