@@ -15,10 +15,9 @@ const vendor_ops& operations();
 // What the library exports under a name.
 void* exported_symbol(const char* name);
 template <class Function>
-Function* exported(const char* name, Function* /*like*/) {
+Function* exported(const char* name) {
     return reinterpret_cast<Function*>(exported_symbol(name));
 }
-#define EXPORTED(function) (orlo::bench::exported(#function, &::function))
 
 void write_file(const std::string& path, const std::string& text);
 

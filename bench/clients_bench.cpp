@@ -49,7 +49,8 @@ void fill_access_point() {
 char table[0x16000];
 
 int ask_driver(const std::string& interface) {
-    static auto* const get = EXPORTED(mwl_get_assoclist);
+    static auto* const get =
+        orlo::bench::exported<decltype(::mwl_get_assoclist)>("mwl_get_assoclist");
     int length = 0;
     get(interface.c_str(), table, &length);
     return length;
@@ -63,7 +64,7 @@ void rebuild(benchmark::State& state) {
 
 // One write for both files: as many bytes as they have.
 void replies_and_write(benchmark::State& state) {
-    const std::vector<char> bytes(radios * vaps * stations * (134 + 18));
+    const std::vector<char> bytes(std::size_t{radios} * vaps * stations * (134 + 18));
     for (auto step : state) {
         for_each_interface([](const std::string& interface) {
             if (ask_driver(interface) != stations * 88) {
@@ -77,7 +78,8 @@ void replies_and_write(benchmark::State& state) {
 }
 
 void counters(benchmark::State& state) {
-    static auto* const get = EXPORTED(get_all_associated_clients_info);
+    static auto* const get = orlo::bench::exported<decltype(::get_all_associated_clients_info)>(
+        "get_all_associated_clients_info");
     for (auto step : state) {
         ORLOClientInfoList* block = get();
         while (block != nullptr) {
