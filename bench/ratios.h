@@ -24,7 +24,7 @@ struct Growth {
 
 // Runs the program's benchmarks, interleaved, and prints the ratios of their medians as a table,
 // then what grows.
-// "--json FILE" writes them to a file too; other arguments are Google Benchmark's.
+// "--json N" writes them to descriptor N too; other arguments are Google Benchmark's.
 // Returns the exit status: 0 also when a target is missed, as another machine may be busy.
 int compare(int argc, char** argv, const std::vector<Ratio>& ratios,
             const std::vector<Growth>& growths = {});
