@@ -9,6 +9,7 @@ import subprocess
 import sys
 from pathlib import Path
 
+import inclusions
 import log_lines
 import pages
 from operations import read_operations
@@ -45,6 +46,7 @@ def generated_pages(orloctl):
         'operations.md': pages.operations_page(head, groups, records),
         'records.md': pages.records_page(header_titles(), records, layout, described, groups),
         'descriptions.md': pages.descriptions_page(output_of(orloctl, 'schema', '--markdown')),
+        **dict(inclusions.including_pages(ROOT)),
     }
 
 
