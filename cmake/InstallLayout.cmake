@@ -36,3 +36,12 @@ function(orlo_install_stand_in target)
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
     install(TARGETS ${target} LIBRARY DESTINATION ${ORLO_PRIVATE_DIR})
 endfunction()
+
+# Makes FILE.gz, the same each time.
+find_program(GZIP gzip REQUIRED)
+function(orlo_compress file)
+    execute_process(COMMAND ${GZIP} -9nkf ${file} RESULT_VARIABLE failed)
+    if(failed)
+        message(FATAL_ERROR "Could not compress ${file}")
+    endif()
+endfunction()

@@ -11,6 +11,7 @@ from pathlib import Path
 
 import inclusions
 import log_lines
+import manual
 import pages
 from operations import read_operations
 from records import comment_text, read_layout, read_records
@@ -64,7 +65,8 @@ def main(arguments):
     if not check:
         for name, text in generated.items():
             (ROOT / 'docs' / name).write_text(text)
-    complaints = [*stale_pages(generated), *log_lines.complaints(ROOT)]
+    complaints = [*stale_pages(generated), *log_lines.complaints(ROOT),
+                  *manual.complaints(ROOT, lambda *words: output_of(orloctl, *words))]
     for complaint in complaints:
         print(complaint, file=sys.stderr)
     return 1 if complaints else 0
