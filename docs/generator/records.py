@@ -67,6 +67,7 @@ class Reader:
             self.above = comment_text(text)
 
     def read(self, text):
+        text = re.sub(r'^//.*$', '', text, flags=re.MULTILINE)
         for token in TOKEN.finditer(text):
             line_before = text[text.rfind('\n', 0, token.start()) + 1:token.start()]
             if token['open']:

@@ -35,6 +35,7 @@ install(FILES ${CMAKE_BINARY_DIR}/debian/news.gz DESTINATION ${CMAKE_INSTALL_DOC
 install(FILES packaging/debian/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES packaging/debian/lintian-overrides
     DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME orlovendor)
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/links)
 file(CREATE_LINK ../../orlovendor/examples ${CMAKE_BINARY_DIR}/links/examples SYMBOLIC)
 install(FILES ${CMAKE_BINARY_DIR}/links/examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
