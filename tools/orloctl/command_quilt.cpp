@@ -110,7 +110,8 @@ Value channel(const json_t* station) {
 // People get the time of the device's clock.
 Value detected(const json_t* station) {
     Value value = integer_member(station, "Detected Time");
-    const time_t seconds = json_integer_value(json_object_get(station, "Detected Time"));
+    const auto seconds =
+        static_cast<time_t>(json_integer_value(json_object_get(station, "Detected Time")));
     struct tm local = {};
     char text[64] = "";
     if (localtime_r(&seconds, &local) != nullptr) {
