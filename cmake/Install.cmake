@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What agents build against: the library, its headers, a pkg-config file and a CMake package; and what
 # people read: documentation, manual pages, completion of orloctl.
 include(CMakePackageConfigHelpers)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Where things are installed. The library is public. Programs, and the stand-ins of platform/ that
 # they need, lie together in a folder of their own: the virtual access point is found beside the
 # program that enters it, and nobody else's libuci or libdebug is in the way. Links in bin/ lead

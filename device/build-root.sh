@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Builds the template of the virtual access point: the files of device/root, busybox with the
 # applets of device/applets, the shell, lua, openssl, the time zones, and the programs and libraries
 # given, with every library that these need.

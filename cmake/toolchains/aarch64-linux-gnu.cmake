@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Access points with 64-bit ARM processors.
 set(triplet aarch64-linux-gnu)
 set(processor aarch64)

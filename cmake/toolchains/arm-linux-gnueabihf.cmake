@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Access points with 32-bit ARM processors.
 set(triplet arm-linux-gnueabihf)
 set(processor arm)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Cross-building with Debian's compilers. The including file sets `triplet`, `processor` and `emulated`
 # (as qemu calls the processor). Libraries
 # of the target, with their headers, lie below ORLO_SYSROOT; packaging/cross/build puts them there.

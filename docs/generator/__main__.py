@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Writes the generated pages of docs/, or with --check says which are not current.
 
 usage: python3 docs/generator [--check] ORLOCTL

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Files that pages show: a comment names one, the code block behind it holds its content."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks that the log lines which docs/troubleshooting.md explains are those of the sources."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Checks that the manual page of orloctl has all of its commands and options."""
 
 import re

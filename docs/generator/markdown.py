@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Turns the plain text of comments into Markdown: code as code, names as links."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The list of operations, with the contracts that are written above its entries."""
 
 import re

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The records of the public headers, with what is written beside their members."""
 
 import re

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * An agent in a hundred lines. It puts one network on the 5 GHz radio, the way every agent applies
  * a configuration: keep the web interface out, stage all of it, save, wait until the network is up,

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The Debian package for people who build agents or try descriptions; packaging/debian/build makes it.
 # One package with everything. Its build is configured for the prefix /usr.
 set(CPACK_GENERATOR DEB)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Open addressing with linear probing; removal closes the gap, so there are no tombstones.
 #include "index.h"
 

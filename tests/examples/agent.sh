@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # The example agent in a virtual access point.
 #
 # usage: agent.sh VIRTUAL_AP

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # The example agent builds against an installed copy, found by pkg-config and by CMake, and runs in
 # the virtual access point of that copy.
 #

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The example descriptions, applied by the program with the real library.
 #include "on_the_access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl quilt: the channel quilt of this access point, and the stations that it hears.
 #include <cstdlib>
 #include <ctime>
