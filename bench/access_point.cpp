@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "access_point.h"
 
 #include "enter/virtual_ap.h"

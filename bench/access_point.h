@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Benchmarks of operations run in a virtual access point, with the library loaded as an agent does.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The reports of associated clients, on an access point that is as full as it can be: 32 VAPs with
 // 341 stations each. The least that could do is ask the driver and write or copy the result; what
 // the agent is promised on top is measured apart: each record flushed as it is written, and every

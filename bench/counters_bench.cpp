@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Traffic counters of all VAPs against reading the same 192 files.
 #include "access_point.h"
 #include "ratios.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ratios.h"
 
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Benchmarks that compare: each prints how much longer a thing of ours takes than the least that
 // could do the same, both measured in the same run.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One configuration-store cycle as the library makes it, with a fresh context each time, against
 // the bare system calls that such a cycle cannot do without.
 #include "ratios.h"

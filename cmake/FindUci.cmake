@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Finds an installed libuci: Uci_FOUND, Uci_LIBRARY, Uci_INCLUDE_DIR and the target Uci::uci.
 find_path(Uci_INCLUDE_DIR uci.h)
 find_library(Uci_LIBRARY uci)

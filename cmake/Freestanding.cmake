@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Shared libraries of the device are written in C++ but need no C++ runtime there: no exceptions,
 # no run-time types, no guarded statics, and the C compiler links them.
 function(orlo_without_cxx_runtime target)

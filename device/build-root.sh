@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Builds the template of the virtual access point: the files of device/root, busybox with the
 # applets of device/applets, the shell, lua, openssl, the time zones, and the programs and libraries
 # given, with every library that these need.
@@ -42,6 +43,7 @@ install_needed_libraries() { # FILE...
         $1 ~ /^\// && $2 ~ /^\(/ { print $1, $1 }' | sort -u |
         while read -r path name; do
             case $path in
+            */orlovendor/*) install_file "$path" "usr/lib/${name##*/}" ;; # searched by no loader
             /lib/* | /lib64/* | /usr/lib/*) install_file "$path" "${path#/}" ;;
             *) install_file "$path" "usr/lib/${name##*/}" ;;
             esac

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The answers of the simulated driver. Nothing is kept between requests: each answer is read from
 // the state files, so a test or a stand-in that writes a file changes the next answer.
 #include "driver/answers.h"

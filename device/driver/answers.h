@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The wireless-extension requests that the simulated driver answers, as a table. A request that is
 // not in it is refused as unsupported; a new one is a row and a function.
 #pragma once

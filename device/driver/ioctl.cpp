@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The simulated driver's place in the program: the symbol `ioctl`, which libraries opened later
 // find before the C library's. Wireless-extension requests are answered from the state files while
 // their folder exists; everything else, and everything on a real device, goes to the kernel.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A private command is a line `private NAME NUMBER SET GET` of the interface's state file. "setcmd"
 // is the one that the driver really has: it reads a request as text and writes the reply to the
 // address that stands in the text.

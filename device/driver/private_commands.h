@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The private commands of the simulated driver: the table of them, and "setcmd".
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading the state files of the simulated driver.
 #include "driver/state.h"
 

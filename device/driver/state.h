@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the simulated driver knows about an interface: a small text file of `key value` lines that
 // tests and stand-ins write. Reading needs no memory but the object itself.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "driver/stations.h"
 
 #include "driver/state.h"

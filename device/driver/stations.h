@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The stations of a VAP, as lines of a file and as the driver's table of 96 bytes each.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The second form, for root in a container that refuses namespaces: an instance of the template on
 // disk, chroot, and no right left that reaches beyond files. Programs are links to the template's
 // where the file system allows it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copying the template and removing an instance, by descriptor.
 #include "enter/files.h"
 

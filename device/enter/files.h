@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The file work of entering: descriptors that close themselves, copying the template and removing
 // an instance. Everything below a folder is reached through its descriptor, so that neither a link
 // nor a moved folder can lead the work anywhere else.

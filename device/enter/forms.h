@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two forms of an access point. Each function is called in the keeper's process and returns
 // only in the process inside; it throws std::system_error with the step that failed.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Instances are locked while they are used. A keeper removes its own; one that was killed together
 // with its whole tree of processes, as test drivers do after a time-out, leaves a folder that the
 // next entry finds unlocked and removes.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The folder of one access point in the chroot form: where it is made, who owns it, and how one
 // whose owner was lost is found and removed.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The first form: namespaces of users, mounts, processes, network, host name and messages. The
 // user namespace is never left out, not even for root: it alone keeps the clock, the network and
 // the boot state of the machine out of reach of what runs inside.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Waiting for the process inside, handing signals on, and leaving nothing behind.
 #include "enter/process.h"
 

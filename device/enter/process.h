@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The processes around an access point. From outside to inside:
 //
 //   caller   the process that called enter(); waits and ends like the one inside

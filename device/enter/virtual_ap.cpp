@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // enter(): tries the forms in turn, each in a keeper of its own, because a process that failed half
 // way into namespaces cannot come back; then waits outside.
 #include "enter/virtual_ap.h"

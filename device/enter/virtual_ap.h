@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The door into the virtual access point: a throw-away device root in which the library, the tools
 // and the tests run as they do on an access point, without touching the machine they run on.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // virtual-ap: runs a command, or a shell, on a fresh virtual access point.
 #include "enter/virtual_ap.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * What the library imports from its host: the agent's logging library, libdebug. The access point's
  * image supplies it; platform/libdebug stands in for it elsewhere.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The library's other exported names: what an agent may bind beside Vendor_Ops.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The records that the agent and the library exchange, all of them. Each subsystem has its own file
  * below records/; an agent includes this one.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The operations table of the access point's vendor library.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stand-in for the agent's logging library: lines go to standard error as
 //
 //     module level function:line message

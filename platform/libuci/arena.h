@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Memory that is released as a whole: a package, its text and everything made of it come from a
 // few large blocks instead of thousands of small ones. Texts that were replaced or removed stay
 // until the package goes.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A text that grows while it is written, for what goes to a file in one piece.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Saving, committing and reverting: what moves changes from a context to the save directory, from
 // there to the configuration file, or to nowhere.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Listing the packages of the configuration directory.
 #include "arena.h"
 #include "files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Contexts: their directories, and the packages that belong to them.
 #include "list.h"
 #include "model.h"

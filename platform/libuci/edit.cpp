@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "edit.h"
 
 #include "list.h"

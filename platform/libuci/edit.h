@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The steps of editing a loaded package, as both the public functions and staged changes take
 // them. `at` is a reference that has been looked up; its texts lie in the package's arena, and its
 // p, s and o follow the change. A step that fails has changed nothing.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files of the store: paths, whole-file reading and writing, locks, and replacing a file at once.
 //
 // Locks are flock() locks on the files themselves. As files are replaced by renaming, a lock only

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Open addressing with linear probing; removal closes the gap, so there are no tombstones.
 #include "index.h"
 
@@ -25,7 +26,7 @@ uint64_t load(const char* text) {
 // from being prepared.
 size_t hash(const void* owner, std::string_view name) {
     constexpr uint64_t kFactor = 0x9e3779b97f4a7c15;
-    uint64_t h = reinterpret_cast<uintptr_t>(owner) ^ (name.size() << 56);
+    uint64_t h = reinterpret_cast<uintptr_t>(owner) ^ (static_cast<uint64_t>(name.size()) << 56);
     const char* text = name.data();
     size_t left = name.size();
     for (; left >= 8; left -= 8, text += 8) {

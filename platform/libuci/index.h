@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finds the sections of a package and the options of a section by name: one hash table per package
 // for both, keyed by owner (package or section) and name. Names are texts that end with a NUL byte.
 #pragma once

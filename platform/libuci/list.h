@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The circular lists of the public structures.
 #pragma once
 

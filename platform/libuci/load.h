@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loading: a package is its configuration file with the staged changes applied to it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lookups, for functions that get a reference from their caller.
 #pragma once
 

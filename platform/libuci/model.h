@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The data model: contexts, packages, sections and options, and the basic steps that change them.
 // Nothing here records a change or touches a file. All texts handed in must live as long as the
 // package, that is, lie in its arena.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The grammar of configuration files, one command per line:
 //
 //   package NAME          allowed and ignored

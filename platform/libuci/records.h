@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Records: changes as the lines of the save directory write them.
 //
 //   p.s.o='value'   set an option              p.s='type'     create a section, change its type

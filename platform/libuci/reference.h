@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // References: "package.section.option=value", as lookups and staged changes name things.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "replace.h"
 
 #include "buffer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The text of a package, and putting it in the place of the configuration file.
 #pragma once
 

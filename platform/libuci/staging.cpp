@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "staging.h"
 
 #include "list.h"

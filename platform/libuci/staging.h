@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The save directory: per package a file of records (records.h), the changes that are staged.
 //
 // Saving appends, committing empties the file, reverting replaces it by one with fewer records.

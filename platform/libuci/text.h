@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which bytes may stand where: the classes of characters, and the rules for names, types and
 // values that files and references have in common.
 #pragma once

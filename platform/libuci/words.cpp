@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "words.h"
 
 #include <cstring>

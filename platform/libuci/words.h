@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines and words of configuration files and of staged changes.
 //
 //   plain       a\ b  #       a backslash takes the next character as it is

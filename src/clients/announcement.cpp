@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Announcing the records in /tmp/assoc_client_detail to the agent: a marker for the start, a marker
 // for the end.
 #include "clients/announcement.h"

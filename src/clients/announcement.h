@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Datagrams to the agent.
 #pragma once
 

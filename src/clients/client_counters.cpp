@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Counters of the associated clients, in blocks that the agent takes over: one for each VAP.
 #include "common/identity.h"
 #include "common/log.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The list of associated clients as the agent reads it: a file of addresses and a file of records.
 #include "common/identity.h"
 #include "common/log.h"

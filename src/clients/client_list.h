@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The list of associated clients, VAP by VAP: assoc_client_list.
 #pragma once
 

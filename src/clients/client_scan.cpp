@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finding the associated clients: the stations of ordinary VAPs stand in the driver's table, those
 // of quilt VAPs in its debug file.
 #include "clients/client_list.h"

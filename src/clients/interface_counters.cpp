@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "clients/interface_counters.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The kernel's counters of network interfaces, read anew whenever they are asked for.
 #pragma once
 

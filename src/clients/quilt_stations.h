@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The stations of a quilt VAP, which stand in the driver's debug file instead of its table.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The traffic counters of every VAP and of both radios, in the agent's records.
 #include "clients/interface_counters.h"
 #include "common/identity.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the wired ports together, and the radios together, have sent and received so far.
 #include "clients/interface_counters.h"
 #include "common/log.h"

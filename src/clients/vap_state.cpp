@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a report on a VAP's traffic says beside its counters: its SSID, and whether it is up.
 #include "common/identity.h"
 #include "common/log.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/command.h"
 
 #include "common/log.h"

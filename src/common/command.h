@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Shell commands as operations run them: read a line of their output, run them for their effect and
 // look at what became of them, or leave them to a child process.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files that only have to be there, or hold a short text.
 #pragma once
 

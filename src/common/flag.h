@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Flags of the agent's records: 0 or 1, stored as such a text.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/identity.h"
 
 #include "common/command.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Radios and VAPs: how many there are, what radios are called, and the keys of their options.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Owning a JSON value within a scope.
 #pragma once
 

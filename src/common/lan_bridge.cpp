@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/lan_bridge.h"
 
 #include "common/command.h"

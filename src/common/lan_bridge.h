@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The bridge that carries the access point's own address.
 #pragma once
 

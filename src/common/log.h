@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The logging call as operations use it: one line a message, in the operation's own name.
 #pragma once
 

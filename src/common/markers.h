@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files whose existence tells the device's programs what the others are doing.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The agent's memory, as the kernel counts it in pages.
 #include "orlo/exports.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/pending_services.h"
 
 namespace orlo {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The system services that staged changes affect. Apply operations mark them; saving the
 // configuration restarts the marked ones and clears the marks.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts in fixed buffers, and the few text helpers that operations share.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The private command "setcmd", and the probe that tells whether an interface has it.
 #include "driver/private_command.h"
 

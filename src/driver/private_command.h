@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The driver's private command "setcmd": a request as text, with the addresses of a buffer that the
 // driver reads and one that it fills.
 #pragma once

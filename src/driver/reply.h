@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A reply of the driver, read by offset. Nothing of it is trusted: what lies beyond its end is 0.
 #pragma once
 

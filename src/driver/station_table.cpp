@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The driver's table of the stations of a VAP.
 #include "driver/private_command.h"
 #include "driver/reply.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The driver's standard wireless-extension requests: name, channel and BSSID of an interface.
 #include "driver/wireless_extension.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Wireless-extension requests by interface name.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "meshlink/address.h"
 
 #include "meshlink/log.h"

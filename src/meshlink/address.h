@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Addresses in mesh reports. A device gives each of its virtual interfaces an address of its own;
 // what these addresses have in common stands for the device.
 #pragma once

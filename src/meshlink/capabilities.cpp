@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the device tells of its mesh links beside the reports.
 #include "common/log.h"
 #include "ops/operations.h"

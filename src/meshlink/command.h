@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands that mesh reports are made of.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "meshlink/counters.h"
 
 #include "common/text.h"

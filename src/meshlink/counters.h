@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Traffic counters of mesh links: those that other access points made to this one (on the mesh VAP)
 // and the one that this one made upward (on its mesh station).
 #pragma once

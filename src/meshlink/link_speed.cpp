@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "common/text.h"
 #include "meshlink/command.h"
 #include "meshlink/counters.h"

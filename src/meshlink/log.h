@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The log of mesh links: a module of its own, with more levels than the rest of the library uses.
 #pragma once
 

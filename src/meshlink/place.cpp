@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "meshlink/place.h"
 
 #include "common/json.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // This access point's place in the mesh. The JSON values are new references, NULL on a failure,
 // which has been logged.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Setting up mesh links: the channels and width of a radio, and the VAP that carries the links. The
 // agent names the mesh; how it is secured and behaves is fixed here.
 #include "common/identity.h"

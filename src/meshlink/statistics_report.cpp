@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The statistics report: the traffic of each mesh link since the last report.
 #include "common/json.h"
 #include "meshlink/counters.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The status report: this access point's role in the mesh, and its neighbours there.
 #include "common/json.h"
 #include "meshlink/log.h"

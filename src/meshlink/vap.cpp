@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "meshlink/vap.h"
 
 #include "common/identity.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The VAP that carries the mesh links.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The operations that the table itself answers.
 #include "common/text.h"
 #include "ops/operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every operation of the table by its own name. They are reached through the table; only those that
 // exports.h names are visible to the agent beside it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The table: 132 operations, filled in by the linker, in read-only data once loaded.
 #include "ops/operations.h"
 

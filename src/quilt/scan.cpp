@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The quilt scan: a report of the stations that the quilt's VAPs hear or serve, from the lists of
 // the driver's debug files.
 #include "clients/quilt_stations.h"

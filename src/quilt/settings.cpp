@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The settings of the channel quilt: its own options, then its VAPs.
 #include "common/pending_services.h"
 #include "ops/operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the agent may ask of the channel quilt: whether there is one, and its status.
 #include "common/command.h"
 #include "common/identity.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A VAP of the channel quilt: the steps of any other VAP, then MAC authentication and portal.
 #include "quilt/vap.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The VAPs of the channel quilt.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quilt/wording.h"
 
 namespace orlo {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the security of quilt VAPs has of its own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The channels a radio runs on: reading them from the driver, setting them in the configuration and
 // at the driver at once.
 #include "radio/channel.h"

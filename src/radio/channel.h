@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Steps of channel control that other radio operations use.
 #pragma once
 

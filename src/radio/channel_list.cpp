@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Checks of a channel against a radio's bounds and against a list of eligible channels, a text such
 // as "36 40 44 48 149 153 157 161".
 #include "common/identity.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A radio's mode, eligible channels, channel width and rates.
 #include "common/identity.h"
 #include "common/pending_services.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fingerprints of what the agent applied: the configuration hash and the profile hash, kept in the
 // configuration and remembered here, and the profile id, only remembered.
 #include "ops/operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the agent asks about a radio: its type, width and state from the configuration, and where
 // its neighbours are listed.
 #include "common/identity.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The access point's address and mask on its LAN bridge, by keyword.
 #include "common/lan_bridge.h"
 #include "common/log.h"

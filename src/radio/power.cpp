@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Transmit power: a percentage of the radio's maximum, kept as a named level and handed to the
 // driver, which scales its per-rate powers from a table file.
 #include "common/command.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A radio's part of an access-point profile: on or off, forced off or not, its channels and power.
 #include "radio/profile.h"
 

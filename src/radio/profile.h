@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A step of the radio profile that other radio operations use.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The radar history of a radio: each channel that it supports, with what the driver keeps of the
 // channels that radar closed, in a file for the agent.
 #include "common/log.h"

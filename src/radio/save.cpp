@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The second phase of an apply: commit what is staged, let the system restart what it affects, wait
 // for the network, and pin radios on "auto" to the channel they use.
 #include "radio/save.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The words that tell the apply-settings script what to restart.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Radio-wide settings: isolation, thresholds, limits, quality of service, 802.11ax features.
 #include "common/flag.h"
 #include "common/identity.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "radio/vlan_script.h"
 
 #include "common/command.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The device's own VLAN-change script.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Detection of neighbouring access points: the background scan of a radio.
 #include "ops/operations.h"
 #include "uci/option.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeping the agent's applies and those of the web interface apart, and what the agent wants to
 // know and to start around an apply.
 #include "common/command.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The captive portal of a VAP, and its virtual address on the LAN. The portal itself is part of the
 // device and reads these options when the network restarts.
 #include "common/pending_services.h"

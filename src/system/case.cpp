@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is on the outside of the case: the LEDs and the reset button.
 #include "common/flag.h"
 #include "common/pending_services.h"

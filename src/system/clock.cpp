@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the time comes from: an NTP server, or the agent's own date and time.
 #include "common/pending_services.h"
 #include "ops/operations.h"

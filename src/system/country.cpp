@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The regulatory country, and whether the user may change it.
 #include "system/country.h"
 

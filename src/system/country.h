@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The regulatory country.
 #pragma once
 

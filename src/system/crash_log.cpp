@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Crash logs, and the support archive that is made of them and of the rest of the access point.
 #include "common/command.h"
 #include "common/file.h"

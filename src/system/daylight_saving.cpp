@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // When daylight saving starts and ends.
 #include "ops/operations.h"
 #include "system/time_zone.h"

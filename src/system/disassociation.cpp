@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sending a station away from a VAP.
 #include "common/log.h"
 #include "ops/operations.h"

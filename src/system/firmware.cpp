@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Firmware: checking an image, installing it, and whether an installation is flagged.
 #include "common/command.h"
 #include "common/log.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the device is: its firmware version, model, country, platform and base address.
 #include "common/command.h"
 #include "common/log.h"

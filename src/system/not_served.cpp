@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Operations that other products serve; here they stay in the table and only log.
 #include "common/log.h"
 #include "ops/operations.h"

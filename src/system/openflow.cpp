@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The OpenFlow agent: on or off, its controllers, and what it does without one.
 #include "common/pending_services.h"
 #include "ops/operations.h"

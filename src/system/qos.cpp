@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // QoS classes, which this device does not have.
 #include "common/log.h"
 #include "ops/operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rebooting on behalf of the agent.
 #include "common/command.h"
 #include "common/file.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "system/snmp.h"
 
 #include "common/identity.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The SNMP daemon's settings: checked as a whole, then staged as a whole.
 #pragma once
 

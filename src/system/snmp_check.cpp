@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the SNMP settings may hold. Every field is looked at, also those that status or version make
 // irrelevant for the daemon.
 #include "common/log.h"

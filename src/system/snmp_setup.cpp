@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The SNMP settings as the daemon's configuration, package "snmpd".
 #include "system/snmp.h"
 

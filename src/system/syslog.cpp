@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Remote logging.
 #include "common/pending_services.h"
 #include "ops/operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "system/time_zone.h"
 
 #include "common/command.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The time zone as the C library wants it: "CET-1CEST,M3.5.0,M10.5.0/3".
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Options that are all written, whatever becomes of those before: the operation succeeds when every
 // one of them was.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Waiting until the VAPs that the configuration enables are up.
 #include "common/identity.h"
 #include "common/log.h"

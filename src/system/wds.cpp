@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Links between access points over the air. The link of a radio is its first VAP: the parent runs
 // it as an access point, the child as a station of the parent's.
 #include "common/identity.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The staged changes of a package, as a person reads them.
 #include "orlo/exports.h"
 #include "uci/context.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeping or discarding what is staged, for one package or for all of them in the order in which
 // the store lists them. Among all, the first failure ends the call.
 #include "orlo/exports.h"

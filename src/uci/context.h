@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One use of the configuration store: a context that lives for one lookup and one action, so that
 // every call sees what is on disk now. Failures go to standard error with a number that tells the
 // place: "uciSetValue (58): Failed to lookup value: wireless.wifi0.channel=36".

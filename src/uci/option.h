@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading one option of the configuration store.
 #pragma once
 

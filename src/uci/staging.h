@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The recurring sentence of every apply operation: stage an option; when that fails, log, discard
 // everything staged and fail.
 //

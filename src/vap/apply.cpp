@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The wanted state of all VAPs of a radio: staged VAP by VAP, all or nothing.
 #include "common/flag.h"
 #include "common/identity.h"

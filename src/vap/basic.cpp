@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vap/basic.h"
 
 #include "common/flag.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The basic settings of a VAP, one option each. 0 when staged (or nothing to do), -1 otherwise.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vap/fast_roaming.h"
 
 #include "uci/staging.h"

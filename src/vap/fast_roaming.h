@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fast roaming of a VAP: 802.11r, k and v.
 #pragma once
 

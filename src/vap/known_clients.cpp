@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The clients that the whole device knows, and whether only they or all but they may associate.
 #include "common/pending_services.h"
 #include "ops/operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Filtering a VAP's stations by address: the filter's mode, and the RADIUS servers that know the
 // addresses.
 #include "common/pending_services.h"

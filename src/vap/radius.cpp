@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The RADIUS servers of a VAP with enterprise security.
 #include "uci/staging.h"
 #include "vap/security.h"

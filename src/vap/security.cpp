@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What all kinds of security share, and the open kind.
 #include "vap/security.h"
 

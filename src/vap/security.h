@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Security of a VAP: the translation of the agent's settings into options of the VAP's section. One
 // translator serves every operation that sets up VAPs; what differs between them is data.
 #pragma once

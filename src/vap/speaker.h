@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Who a procedure speaks for. One procedure may do the work of two operations whose log lines
 // differ: each brings its own lines, and a line tells by itself what it prints.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // WEP, which only the first VAP of a radio may have.
 #include "uci/staging.h"
 #include "vap/security.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // WPA with a passphrase or with RADIUS servers.
 #include "common/flag.h"
 #include "uci/staging.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Compares the records with layout.def while compiling. Included by a C and by a C++ file: both
  * must see the same layout.

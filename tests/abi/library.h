@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The built library, as an agent finds it.
 #pragma once
 

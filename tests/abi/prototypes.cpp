@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The type of every operation. Nothing here runs: a changed prototype or a moved slot does not
 // compile.
 #include "orlo/vendor_ops.h"

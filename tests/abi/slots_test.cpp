@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The table as it lies in the built library.
 #include "library.h"
 

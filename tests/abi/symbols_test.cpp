@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the built library shows to others, and what it asks of them.
 #include "library.h"
 

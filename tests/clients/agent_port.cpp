@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "clients/agent_port.h"
 
 #include <arpa/inet.h>

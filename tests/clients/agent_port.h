@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The port at which the agent hears of associated clients.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The datagrams that announce the records of the associated clients, as the agent receives them.
 #include "clients/agent_port.h"
 #include "support/access_point.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The counters of the associated clients, in blocks that the agent takes over.
 #include "clients/clients.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The list of associated clients in two files.
 #include "clients/clients.h"
 

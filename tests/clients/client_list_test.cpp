@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The list of associated clients, from the driver's tables of stations.
 #include "clients/clients.h"
 

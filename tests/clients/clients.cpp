@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "clients/clients.h"
 
 #include <dirent.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stations that come and go, and the lists that the library makes of them.
 #pragma once
 

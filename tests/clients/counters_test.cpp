@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Traffic counters: the totals of the wired ports and of the radios, and the records of all VAPs
 // and of both radios. The kernel's counters are files that a test writes.
 #include "support/access_point.h"

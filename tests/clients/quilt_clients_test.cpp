@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The clients of quilt VAPs, which stand in the driver's debug file instead of its table.
 #include "clients/clients.h"
 

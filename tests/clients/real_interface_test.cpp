@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The kernel's own counters, where the access point has a network of its own: its loopback takes
 // the place of a wired port.
 #include "support/access_point.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Steps of the list of clients that no operation reaches in all their cases, and what happens when
 // memory runs out. This program is linked so that the library's calloc and fflush come here first.
 #include "clients/agent_port.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is reported of a VAP beside its counters: its SSID and whether it is up.
 #include "support/access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Running a command and taking its first line.
 #include "common/command.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Names and state of radios and VAPs.
 #include "support/access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The report of the agent's memory.
 #include "support/access_point.h"
 

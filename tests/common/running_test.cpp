@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Running commands and looking at what became of them.
 #include "common/command.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text helpers.
 #include "common/text.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The machine's clock is out of reach on a virtual access point. The real calls are tried with the
 // present time only, so that even a hole would change nothing.
 #include "program.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Asking the simulated driver, by a library that was opened at run time.
 #pragma once
 

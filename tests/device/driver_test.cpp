@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The simulated driver, asked by a library that was opened at run time.
 #include "driver_request.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Entering and leaving a virtual access point, seen from outside through its launcher.
 #include "program.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copying the template and removing an instance: what is shared, and what is never touched.
 #include "enter/files.h"
 #include "program.h"

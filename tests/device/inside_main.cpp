@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Enters the virtual access point before any test runs. Listing the tests happens while building
 // and needs none.
 #include "enter/virtual_ap.h"

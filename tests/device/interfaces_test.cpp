@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // ifconfig on the device, asked through the pipelines that the library uses.
 #include "program.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A library that calls ioctl, as the vendor library does; it knows nothing of the simulated driver.
 #include <sys/ioctl.h>
 

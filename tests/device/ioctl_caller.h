@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ioctl of a library that was opened at run time; inside_main.cpp opens it.
 #pragma once
 

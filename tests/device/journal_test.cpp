@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The journal shows exactly which device commands were run, one call a line.
 #include "program.h"
 

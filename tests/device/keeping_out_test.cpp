@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What runs on a virtual access point cannot change the machine around it. Compared are things that
 // any machine has; nothing here would do harm if it did get through.
 #include "program.h"

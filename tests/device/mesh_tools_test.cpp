@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the device's tools and files say of a mesh, asked through the pipelines that the library
 // uses.
 #include "program.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The private commands of the simulated driver: their table, and requests as text.
 #include "driver_request.h"
 

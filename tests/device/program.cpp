@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Running programs from tests.
 #include "program.h"
 

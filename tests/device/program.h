@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Running programs from tests: start, talk, wait, and what came out.
 #pragma once
 

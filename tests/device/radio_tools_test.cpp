@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The stand-ins of the radio tools, asked through the pipelines that the library uses.
 #include "program.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The script that makes a saved configuration effective.
 #include "program.h"
 

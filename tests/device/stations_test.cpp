@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The stations of the simulated driver, and the list of those of quilt VAPs.
 #include "driver_request.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tools of the system around the radios: boot loader, bus, hostapd, support archive, login.
 #include "program.h"
 

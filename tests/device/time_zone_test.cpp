@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The script that makes a time zone's POSIX text, and the clock's reading of it.
 #include "program.h"
 

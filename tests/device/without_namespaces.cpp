@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs a command as in a container that refuses namespaces and mounts: a filter on system calls,
 // and without the right to administer the system.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the library finds and uses the driver's private command, seen by the probe.
 #include "support/access_point.h"
 

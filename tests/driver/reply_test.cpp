@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading a reply of the driver by offset.
 #include "driver/reply.h"
 

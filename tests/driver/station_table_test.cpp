@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The driver's table of stations, as the library reads it.
 #include "support/access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the library asks the driver about an interface.
 #include "support/access_point.h"
 

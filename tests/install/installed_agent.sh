@@ -1,5 +1,7 @@
 #!/bin/sh
-# An agent builds and runs against an installed copy, found by pkg-config and by CMake.
+# SPDX-License-Identifier: MIT
+# The example agent builds against an installed copy, found by pkg-config and by CMake, and runs in
+# the virtual access point of that copy.
 #
 # usage: installed_agent.sh BUILD_FOLDER AGENT_FOLDER C_COMPILER [C_FLAG...]
 set -eu
@@ -11,27 +13,37 @@ flags="$*"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 prefix=$work/prefix
-expected='132 operations, wdev1ap15, reserved: 0'
-
-expect_agent() { # PROGRAM
-    answer=$(LD_LIBRARY_PATH=$libdir "$1")
-    if [ "$answer" != "$expected" ]; then
-        echo "$1 says: $answer" >&2
-        exit 1
-    fi
-}
 
 cmake --install "$build" --prefix "$prefix" >/dev/null
 libdir=$(dirname "$(find "$prefix" -name liborlovendor.so)")
-
-# The prefix was chosen at install time: tell pkg-config.
+private=$libdir/orlovendor
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
-# shellcheck disable=SC2046,SC2086  # flags are words
-"$compiler" $flags "$agent/agent.c" -o "$work/by-pkg-config" \
-    $(pkg-config --define-variable=prefix="$prefix" --cflags --libs orlovendor)
-expect_agent "$work/by-pkg-config"
 
-cmake -S "$agent" -B "$work/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_C_COMPILER="$compiler" \
+# Away from the source tree: only what is installed may be found.
+mkdir "$work/agent"
+cp "$agent/agent.c" "$agent/CMakeLists.txt" "$work/agent"
+cd "$work"
+# shellcheck disable=SC2046,SC2086  # flags are words
+"$compiler" $flags agent/agent.c -o by-pkg-config $(pkg-config --cflags --libs orlovendor)
+cmake -S agent -B by-cmake -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_C_COMPILER="$compiler" \
     -DCMAKE_C_FLAGS="$flags" >/dev/null
-cmake --build "$work/build" >/dev/null
-expect_agent "$work/build/agent"
+cmake --build by-cmake >/dev/null
+
+"$private/build-device-root"
+cp by-pkg-config by-cmake/example-agent "$private/device-root/usr/bin"
+
+# No driver answers here: an agent of its own is no part of the simulated one.
+said=$("$prefix/bin/virtual-ap" -- sh -c 'by-pkg-config && example-agent') || exit $?
+expected='radio 1: channel -1, power 75%, "Example" is up
+already applied
+radio 1: channel -1, power 75%, "Example" is up'
+if [ "$said" != "$expected" ]; then
+    echo "the agent says: $said" >&2
+    exit 1
+fi
+
+version=$("$prefix/bin/orloctl" --version)
+if [ "$version" != "orloctl $(pkg-config --modversion orlovendor)" ]; then
+    echo "orloctl says: $version" >&2
+    exit 1
+fi

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The stand-in of the agent's logging library.
 #include "orlo/debug.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The uci command: what it prints and what it returns.
 #include "sandbox.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Promises about disks that fill up, processes that are killed and processes that meet: a file is
 // old or new, never in between, and no staged change is lost or applied twice.
 #include "sandbox.h"

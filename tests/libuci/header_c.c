@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* The public header as a C program sees it: everything in it is used once. */
 #include "header_c.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Functions of the C half of the header test. */
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The public header: sizes and names that programs rely on, in C and in C++.
 #include "header_c.h"
 #include "sandbox.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A temporary directory with the directories of a store in it, and contexts that use only these.
 #pragma once
 

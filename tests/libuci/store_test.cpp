@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the vectors do not reach: arguments, several calls in one context, odd files and bytes.
 #include "sandbox.h"
 

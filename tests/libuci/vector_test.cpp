@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs the vectors: every file of vectors/ is one scenario, see the README there.
 #include "sandbox.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The link speeds in the statistics report.
 #include "meshlink/statistics.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The link upward in the statistics report: that of the mesh station.
 #include "meshlink/statistics.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "meshlink/mesh.h"
 
 #include <filesystem>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An access point within a mesh: its mesh VAP, what its commands and debug files answer, and the
 // reports that come of it.
 #pragma once

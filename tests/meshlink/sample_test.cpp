@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The mesh of the virtual access point as it comes, with its tools' own answers.
 #include "support/access_point.h"
 

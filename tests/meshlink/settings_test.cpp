@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Setting up mesh links, and what the device says of them.
 #include "support/access_point.h"
 

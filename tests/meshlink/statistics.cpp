@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "meshlink/statistics.h"
 
 #include <jansson.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An access point whose mesh links carry traffic: one access point is connected to it, and it is
 // connected upward.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The statistics report: what the mesh links have carried since the last report.
 #include "meshlink/statistics.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The status report: where in the mesh this access point is.
 #include "meshlink/mesh.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program with the real library, in the virtual access point.
 #include <gmock/gmock.h>
 #include <jansson.h>

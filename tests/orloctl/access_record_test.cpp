@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // MAC authentication, captive portals and known clients as the library gets them, and every rule
 // about them.
 #include "describe.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl apply, with a double of the vendor library.
 #include "program.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Words of the command line and the arguments that they become.
 #include "argument.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl clients with a detail file. What it does with the library needs an access point.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading what the person typed.
 #include "command_line.h"
 

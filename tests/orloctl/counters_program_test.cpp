@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl counters, and watching, with a double of the vendor library.
 #include <algorithm>
 

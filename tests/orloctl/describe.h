@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading descriptions in tests of records: what is refused, and with which words.
 #pragma once
 

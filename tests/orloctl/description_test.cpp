@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Checking a description: every mistake has its sentence, and all of them are told.
 #include "describe.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Detail files of stations, made byte by byte.
 #pragma once
 

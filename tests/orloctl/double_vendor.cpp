@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A double of the vendor library: every operation writes its name and arguments to the file that
 // DOUBLE_JOURNAL names, fills in what it is given to fill in, and succeeds. The operation that
 // DOUBLE_FAILS names logs a reason and fails (-1, NULL; of "NAME=NUMBER" that number). A JSON value

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The example descriptions, applied by the program with the real library.
 #include "on_the_access_point.h"
 
@@ -52,7 +53,7 @@ TEST_F(Example, office_applies_and_is_up) {
 }
 
 TEST_F(Example, files_lie_there_and_touch_nothing_in_a_dry_run) {
-    const Ended ended = there("for example in hotspot wds-child mesh-root mesh-branch; do "
+    const Ended ended = there("for example in home hotspot wds-child mesh-root mesh-branch; do "
                               "orloctl apply --dry-run /usr/share/examples/$example.json; done" +
                               show_staged);
     EXPECT_THAT(ended.out, HasSubstr("\"operation\": \"api_apply_captive_portal_to_vap\""));

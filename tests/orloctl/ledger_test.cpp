@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Telling committed changes from discarded ones.
 #include "ledger.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // WDS and mesh links as the library gets them, and every rule about them.
 #include "describe.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The mesh and the quilt as the program shows them, with the real library.
 #include "on_the_access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl mesh, with a double of the vendor library.
 #include "program.h"
 

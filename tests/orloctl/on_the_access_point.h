@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program with the real library, in a virtual access point of the test's own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What orloctl knows of the operations, and the arguments that it lets through to them.
 #include "operations.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program as a person or a script runs it, with a double of the vendor library.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Calling operations, listing them and records, options, helps.
 #include "program.h"
 

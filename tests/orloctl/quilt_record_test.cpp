@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The quilt as the library gets it, member by member, and every rule about it.
 #include "describe.h"
 #include "plan.h"

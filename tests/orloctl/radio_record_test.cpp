@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Settings and hardware of radios as the library gets them, and every rule about them.
 #include "describe.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tables of records: each member of each record is described, and lies where C has it.
 #include <algorithm>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an operation's answer means to a person and to a program.
 #include "result.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs a program and keeps what it printed.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The JSON schema of a description, and descriptions that nobody would write.
 #include "records/schema.h"
 

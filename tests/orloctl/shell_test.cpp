@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts that reach a shell command.
 #include "shell.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The SNMP daemon's settings as the library gets them, and every rule about them.
 #include "describe.h"
 #include "operations.h"

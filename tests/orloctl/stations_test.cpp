@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Detail files of stations.
 #include "stations.h"
 

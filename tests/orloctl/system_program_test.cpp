@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl system, block, release and wait-vaps, with a double of the vendor library.
 #include "program.h"
 

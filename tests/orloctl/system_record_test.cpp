@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Settings of the device as the library gets them, and every rule about them.
 #include "describe.h"
 

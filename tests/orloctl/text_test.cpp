@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables and lines for people.
 #include "text.h"
 

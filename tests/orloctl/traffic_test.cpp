@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How fast counters grow.
 #include "traffic.h"
 

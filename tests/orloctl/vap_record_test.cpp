@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // VAPs as the library gets them, member by member, and every rule about them.
 #include "describe.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Quilt VAPs that filter stations by address, or have RADIUS servers do so.
 #include "quilt/quilt_record.h"
 

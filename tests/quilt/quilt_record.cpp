@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "quilt/quilt_record.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The settings of a channel quilt as the agent hands them over, and what applying them does.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The quilt scan: stations that the radios hear, stations that quilt VAPs serve, the report.
 #include "support/access_point.h"
 #include "support/json_memory.h"

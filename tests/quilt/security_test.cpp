@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Security of quilt VAPs: what an ordinary VAP has, and where a quilt differs.
 #include "quilt/quilt_record.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Applying the quilt's own options.
 #include "quilt/quilt_record.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the agent asks of the quilt: whether there is one, and its status.
 #include "support/access_point.h"
 

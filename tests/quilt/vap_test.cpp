@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Applying the VAPs of a quilt: the sequence, the basic settings, all or nothing.
 #include "quilt/quilt_record.h"
 

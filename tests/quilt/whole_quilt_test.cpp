@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Applying a quilt of all 32 VAPs, each with settings, servers and a portal of its own.
 #include "quilt/quilt_record.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading and setting a radio's channels.
 #include "support/access_point.h"
 

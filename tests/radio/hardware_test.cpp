@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A radio's mode, eligible channels, width and rates.
 #include "support/access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fingerprints of what the agent applied.
 #include "support/access_point.h"
 

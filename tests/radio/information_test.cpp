@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the agent asks about a radio: type, width, state, modulation, utilisation, neighbours.
 #include "support/access_point.h"
 

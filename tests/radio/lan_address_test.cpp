@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The access point's address on its LAN bridge.
 #include "support/access_point.h"
 

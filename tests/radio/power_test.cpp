@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A radio's transmit power.
 #include "support/access_point.h"
 

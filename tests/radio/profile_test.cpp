@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A radio's part of an access-point profile.
 #include "support/access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The radar history of a radio, written to a file.
 #include "support/access_point.h"
 

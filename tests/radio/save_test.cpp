@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Saving: commit, restart of what changed, wait, pinning of channels.
 #include "support/access_point.h"
 

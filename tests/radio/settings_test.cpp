@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Radio-wide settings.
 #include "support/access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Steps of radio operations that no operation reaches in all their cases.
 #include "common/identity.h"
 #include "radio/channel.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/access_point.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A test's own access point: fresh, with its sample configuration, entered before the test began.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The door: every way in which the library reaches out of itself, watched and made to fail on
 // demand. The test program defines the functions that the library calls (log, store, shell, files,
 // sleep, processes); calls from elsewhere in the process pass through unseen. A caller is known by

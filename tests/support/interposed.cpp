@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The functions behind the door. They stand in the test program, so the library finds them before
 // the real ones; calls that do not come from the library go straight on.
 #include "orlo/debug.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "support/json_memory.h"
 
 #include <cstdlib>

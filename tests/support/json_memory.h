@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The memory of JSON values: counted, and made to run out on demand.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs each selected test in a virtual access point of its own, with the library loaded as the
 // agent loads it. ctest names one test a run; started by hand for several, the program starts
 // itself again for each.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The state word that the agent leaves with the library.
 #include "support/access_point.h"
 

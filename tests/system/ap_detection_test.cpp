@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Detection of neighbouring access points.
 #include "system/service.h"
 

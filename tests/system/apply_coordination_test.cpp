@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeping the agent's applies and those of the web interface apart, and what goes with an apply.
 #include "support/access_point.h"
 

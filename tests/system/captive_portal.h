@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A VAP's captive portal as the agent describes it, and what applying it did.
 #pragma once
 

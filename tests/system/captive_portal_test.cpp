@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The captive portal of a VAP.
 #include "captive_portal.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The LEDs and the reset button.
 #include "system/service.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The clock: set by an NTP server or by hand.
 #include "system/service.h"
 

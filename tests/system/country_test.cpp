@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The regulatory country, and who may change it.
 #include "system/service.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Crash logs and the support archive.
 #include "support/access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The daylight-saving rule.
 #include "system/service.h"
 

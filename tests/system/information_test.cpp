@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the device tells of itself.
 #include "support/access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The administrator's name and password.
 #include "support/access_point.h"
 

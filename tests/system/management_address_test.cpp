@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The address under which the access point is managed.
 #include "support/access_point.h"
 

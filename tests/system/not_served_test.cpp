@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Operations that this access point does not serve: they log that, succeed and touch nothing.
 #include "support/access_point.h"
 

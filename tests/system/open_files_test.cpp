@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The agent lives long: what a call opens it closes again, however the call ends.
 #include "system/snmp_settings.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The OpenFlow agent.
 #include "system/service.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What captive portals share: their virtual address, and what the device does not serve.
 #include "support/access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // QoS classes, which this device does not have.
 #include "support/access_point.h"
 

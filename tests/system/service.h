@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Operations that stage settings of a system service, and what a save restarts afterwards.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the SNMP settings may hold.
 #include "system/snmp_settings.h"
 

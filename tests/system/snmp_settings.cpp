@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "system/snmp_settings.h"
 
 namespace orlo::test {

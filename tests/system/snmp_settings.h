@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // SNMP settings that are in order, for tests to spoil or to vary.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The request to send traps for radios that are about to go up or down.
 #include "system/snmp_settings.h"
 

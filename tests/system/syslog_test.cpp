@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Remote logging.
 #include "system/service.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The time zone, whose POSIX text the device's script makes.
 #include "system/service.h"
 

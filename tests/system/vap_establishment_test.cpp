@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Waiting until the configured VAPs are up.
 #include "support/access_point.h"
 

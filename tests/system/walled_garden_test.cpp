@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The destinations that a captive portal leaves open.
 #include "captive_portal.h"
 

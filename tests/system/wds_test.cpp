@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Links between access points over the air.
 #include "support/access_point.h"
 

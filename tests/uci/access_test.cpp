@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading and staging single options.
 #include "uci/store_wrappers.h"
 

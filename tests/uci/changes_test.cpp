@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The staged changes as a person reads them.
 #include "uci/store_wrappers.h"
 

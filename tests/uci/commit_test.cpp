@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeping and discarding staged changes.
 #include "uci/store_wrappers.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library's exported store functions, as an agent binds them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Applying the VAPs of a radio: the sequence, the basic settings, all or nothing.
 #include "vap/vap_profile.h"
 

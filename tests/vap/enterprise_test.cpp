@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // VAPs with WPA and RADIUS servers.
 #include "vap/vap_profile.h"
 

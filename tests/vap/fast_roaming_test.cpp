@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fast roaming of VAPs: 802.11r, k and v.
 #include "vap/vap_profile.h"
 

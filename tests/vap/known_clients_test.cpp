@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The clients that the whole device knows.
 #include "support/access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Filtering a VAP's stations by address.
 #include "support/access_point.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // VAPs without a key, and what all kinds of security share: leftovers, frame protection.
 #include "vap/vap_profile.h"
 

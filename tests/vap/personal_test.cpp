@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // VAPs with WPA and a passphrase.
 #include "vap/vap_profile.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Steps of VAP operations that api_apply_vap does not reach in all their cases.
 #include "support/access_point.h"
 #include "vap/basic.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whole VAPs, each line that the library logs and stages, in order: one of each kind of security.
 #include "vap/vap_profile.h"
 

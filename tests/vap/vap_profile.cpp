@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "vap/vap_profile.h"
 
 #include <algorithm>

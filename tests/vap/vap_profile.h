@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A VAP profile as the agent hands it over, and what applying it does.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // VAPs with WEP.
 #include "vap/vap_profile.h"
 

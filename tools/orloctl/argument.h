@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An operation's arguments: what kinds there are, how a word of the command line becomes one, and
 // how one that the operation filled in is shown.
 #pragma once

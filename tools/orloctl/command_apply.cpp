@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl apply: a description of the access point, applied in the agent's order.
 #include <cstdio>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl call: one operation, its arguments from the command line.
 #include "commands.h"
 #include "library.h"

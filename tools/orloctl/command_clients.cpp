@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl clients: the associated stations, listed anew or from a file.
 #include <fcntl.h>
 #include <sys/stat.h>

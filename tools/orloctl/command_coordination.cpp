@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl block, release and wait-vaps: what stands around an apply. Each calls one operation that
 // answers 0 or -1.
 #include "commands.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl counters: the traffic of ports, radios and VAPs, and with --watch how fast it grows.
 #include <algorithm>
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the person typed: a command, its words, and options, which may stand anywhere.
 #pragma once
 

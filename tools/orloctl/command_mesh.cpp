@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl mesh: this access point's place in the mesh, and the traffic of its mesh links.
 #include "commands.h"
 #include "library.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl ops: what operations there are.
 #include "commands.h"
 #include "operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl quilt: the channel quilt of this access point, and the stations that it hears.
 #include <cstdlib>
 #include <ctime>
@@ -110,7 +111,8 @@ Value channel(const json_t* station) {
 // People get the time of the device's clock.
 Value detected(const json_t* station) {
     Value value = integer_member(station, "Detected Time");
-    const time_t seconds = json_integer_value(json_object_get(station, "Detected Time"));
+    const auto seconds =
+        static_cast<time_t>(json_integer_value(json_object_get(station, "Detected Time")));
     struct tm local = {};
     char text[64] = "";
     if (localtime_r(&seconds, &local) != nullptr) {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl records, orloctl schema: the records that can be written in JSON.
 #include "commands.h"
 #include "records/document.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl status: both radios, their VAPs, the hashes and the profile id, at a glance.
 #include <cstdlib>
 #include <optional>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl system: what the device is, and the state of its system.
 #include "commands.h"
 #include "library.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The commands of orloctl. Each has a file of its own; the table is in main.cpp.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The description of an access point, as a person writes it for "orloctl apply".
 #pragma once
 

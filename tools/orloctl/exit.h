@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How orloctl ends, and the exceptions that its parts throw to end it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // JSON values with an owner, and the few ways in which orloctl makes and prints them.
 #pragma once
 

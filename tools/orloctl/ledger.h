@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What became of configuration changes while a description was applied.
 //
 // Operations stage changes, and some commit on their own: api_apply_wireless_interface commits

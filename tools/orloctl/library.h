@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The vendor library, loaded as the agent loads it: dlopen, then Vendor_Ops by name.
 #pragma once
 

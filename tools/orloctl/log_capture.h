@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The agent's side of logging: the library's log lines arrive here first.
 //
 // orloctl exports orlo_agent_debug_log itself, which the loader prefers to libdebug's. The lines of

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // orloctl: the command-line client of the vendor library. It loads the library as the agent does
 // and calls the operations that a person asks for.
 #include <cerrno>

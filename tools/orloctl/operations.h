@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What orloctl knows of the 132 operations: all of it comes from orlo/operations.def.
 #pragma once
 

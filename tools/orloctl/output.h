@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Standard output, kept for what orloctl itself prints.
 //
 // Operations run device tools that share the process's standard output, and some print to it

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The operations that a description causes, in the agent's order.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reports that the library makes as JSON values, and what stands in them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an operation answered, and what that means to a person and to a program.
 #pragma once
 

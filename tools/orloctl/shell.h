@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts of the agent that reach a shell command: what the shell would find in them.
 #pragma once
 

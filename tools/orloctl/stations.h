@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The associated stations as the library writes them: a detail file, 134 bytes a station.
 #pragma once
 

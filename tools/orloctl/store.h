@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The configuration store as it stands now: every value, and the staged changes behind some of
 // them.
 //

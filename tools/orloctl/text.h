@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts for people: tables, wrapped lines, joined words, numbers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The traffic counters of the access point, and what they say of its traffic per second.
 #pragma once
 

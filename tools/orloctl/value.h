@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is known of an access point, one value for people and for programs.
 #pragma once
 

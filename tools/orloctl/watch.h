@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Showing the same thing again and again, as it changes.
 #pragma once
 

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Stand-in of the script that packs what support needs to know: archive-tech-info.sh NAME makes
 # NAME.zip of the configuration, the messages and the crash logs.
 # shellcheck source=../usr/lib/device/stand-in.sh

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Stand-in of the log rotation: the messages so far become messages.1. It does so at any size when
 # told to (FORCE), otherwise from 64 kB on.
 # shellcheck source=../usr/lib/device/stand-in.sh

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Who may associate: MAC authentication of a VAP, known clients of the device.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Associated stations: as the driver tells them, and as the agent gets them.
  */

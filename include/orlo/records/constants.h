@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Numbers that records and operations share.
  */

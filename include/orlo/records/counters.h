@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Traffic counters. The agent provides the records, the library fills them in.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The channel quilt: several access points that share one channel.
  */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Settings of the device: daylight saving, SNMP.
  */

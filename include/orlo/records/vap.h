@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * Settings of a VAP: name, timers, security, roaming.
  */

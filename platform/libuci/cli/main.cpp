@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The uci command: looks at and changes the configuration from a shell.
 #include "output.h"
 #include "uci.h"

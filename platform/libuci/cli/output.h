@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the uci command writes things down: package.section.option='value'.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /*
  * The configuration store: packages of sections of options, kept as text files, with changes that
  * are staged in a directory of their own until they are committed or reverted.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Who may associate with a VAP, and with the device.
 #include "description.h"
 #include "records/registry.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The description of an access point: what orloctl adds to the records of the library.
 #include "description.h"
 #include "records/registry.h"

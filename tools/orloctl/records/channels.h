@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the records that have lists of channels share.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "records/document.h"
 
 #include "records/registry.h"

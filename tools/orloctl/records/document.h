@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tables as texts for people.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Records of the library, and orloctl's own, described by tables: one const Field for each member
 // of a C record says where it lies, how it is written in JSON and what it accepts. Reading, writing
 // and checking records, the sentences about mistakes, the JSON schema and the help come from it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Records that an operation fills in, described by tables as those that it reads: what is shown of
 // them. They hold counters of 64 bits, an entry for each radio or for each VAP.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How a field is written in JSON, and what it accepts: built up from its type in the words of the
 // tables, as in number().in(1, 255).or_not_given().
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Links between access points: WDS and mesh.
 #include "description.h"
 #include "records/channels.h"

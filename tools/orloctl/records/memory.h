@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Records in memory: where they lie for as long as an operation needs them, and the plain values of
 // their members.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The channel quilt: its own settings, its VAPs and their security.
 #include <string>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The records of a radio: general settings, settings of its hardware.
 #include <cstring>
 

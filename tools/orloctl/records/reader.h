@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Records out of JSON.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which records are described, and what they are for.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a field accepts: deciding it, and saying it.
 #pragma once
 

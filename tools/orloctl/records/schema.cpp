@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "records/schema.h"
 
 #include "records/rule.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tables as JSON Schema, draft 2020-12.
 #pragma once
 

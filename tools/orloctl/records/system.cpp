@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Settings of the device as a whole.
 #include <cstring>
 

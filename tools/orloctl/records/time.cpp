@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The time: zone, daylight saving, and where the time comes from.
 #include "description.h"
 #include "records/registry.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Plain values out of JSON: flags, numbers, texts, addresses, and arrays of them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The records of a VAP: the whole of it, its kinds of security, RADIUS servers, fast roaming.
 #include "records/registry.h"
 #include "records/wpa.h"

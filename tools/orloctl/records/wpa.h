@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the records that have WPA in them share.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Records as JSON, in the form in which they are read.
 #pragma once
 

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Stand-in of the mesh software's script: the addresses from this access point up to the root.
 # shellcheck source=../../usr/lib/device/stand-in.sh
 . /usr/lib/device/stand-in.sh

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Stand-in of the script that makes a saved configuration effective, one word SERVICE-PARAMETER for
 # each service to restart. The network's restart brings up the VAPs that the configuration enables
 # and takes the others down; the mesh station is up when a mesh VAP connects upward. Whoever waits for it waits until its marker has gone.

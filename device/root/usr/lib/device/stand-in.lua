@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: MIT
 -- What the stand-ins written in lua share; they load this file first. The same as stand-in.sh.
 
 state = "/var/run/device"

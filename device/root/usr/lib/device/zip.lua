@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: MIT
 -- Packs files into a zip archive: zip.lua ARCHIVE FILE... The deflated data and its checksum are
 -- taken out of what gzip makes of a file.
 

@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: MIT
 -- Stand-in of the script that sets the administrator's login: chpasswd.lua NAME PASSWORD.
 dofile("/usr/lib/device/stand-in.lua")
 record()

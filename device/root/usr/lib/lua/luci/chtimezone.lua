@@ -1,3 +1,4 @@
+-- SPDX-License-Identifier: MIT
 -- Prints the POSIX text of a time zone, as the C library wants it in TZ and /etc/TZ.
 --
 --     chtimezone.lua ZONE DST OFFSET START END
