@@ -21,8 +21,11 @@ struct CommandLine {
     bool markdown = false;
     bool dry_run = false;
     bool watch = false;
-    std::string file;  // "" when not named
-    std::string every; // seconds, unchecked; "" when not given
+    bool reads = false;
+    bool show_keys = false;
+    std::string file;   // "" when not named
+    std::string config; // "" when not named
+    std::string every;  // seconds, unchecked; "" when not given
 };
 
 // Negative numbers are words, and so is everything behind "--". Throws a Refusal for an option that

@@ -19,7 +19,9 @@ struct Command {
 
 extern const Command ops_command;
 extern const Command call_command;
+extern const Command trace_command;
 extern const Command apply_command;
+extern const Command preview_command;
 extern const Command status_command;
 extern const Command clients_command;
 extern const Command counters_command;

@@ -15,8 +15,8 @@ using namespace orloctl;
 
 // clang-format off
 const Command* const commands[] = {
-    &ops_command, &call_command,
-    &apply_command, &status_command, &system_command,
+    &ops_command, &call_command, &trace_command,
+    &preview_command, &apply_command, &status_command, &system_command,
     &clients_command, &counters_command,
     &mesh_command, &quilt_command,
     &block_command, &release_command, &wait_vaps_command,
