@@ -56,6 +56,7 @@ std::string help() {
 
 } // namespace
 
-const Command call_command = {"call", "call OP ARG... [--raw]", "call one operation", help, run};
+const Command call_command = {"call", "call OP ARG... [--raw]", "call one operation", help,
+                              run,    operation_names};
 
 } // namespace orloctl

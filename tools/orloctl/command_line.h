@@ -39,6 +39,14 @@ void take_no_words(const CommandLine& line);
 // Refusal that lists them.
 std::string chosen_word(const CommandLine& line, const std::vector<std::string>& choices);
 
+// Whether a word is an option, and not a word such as "-" or a negative number.
+bool is_option(const std::string& word);
+
+bool takes_value(const std::string& option);
+
+// The options that may stand with a command, those of every command included.
+std::vector<std::string> options_of(const std::string& command);
+
 // The options of a command ("" for those that all commands take), as lines of its help.
 std::string option_help(const std::string& command);
 

@@ -122,7 +122,11 @@ std::string help() {
 
 } // namespace
 
-const Command trace_command = {"trace", "trace OP ARG... [--reads]",
-                               "call one operation and show what it does", help, run};
+const Command trace_command = {"trace",
+                               "trace OP ARG... [--reads]",
+                               "call one operation and show what it does",
+                               help,
+                               run,
+                               operation_names};
 
 } // namespace orloctl

@@ -62,10 +62,17 @@ std::string edit_text(const Event& event, const Secrets& secrets) {
     }
 }
 
+std::string with_visible_line_ends(std::string text) {
+    for (size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at)) {
+        text.replace(at, 1, "\\n");
+    }
+    return text;
+}
+
 std::string command_text(const Event& event, const Secrets& secrets) {
     std::string text = printable(secrets.text(event.subject));
     if (!event.detail.empty()) {
-        text += " -> " + quoted(secrets.text(event.detail));
+        text += " -> " + quoted(with_visible_line_ends(secrets.text(event.detail)));
     }
     return event.number == 0 ? text : text + " (exit status " + std::to_string(event.number) + ")";
 }

@@ -66,6 +66,12 @@ bool is_effect(const Event& event) {
            event.kind != Event::Kind::sleep && !is_aside(event);
 }
 
+// What a command prints belongs to the simulation.
+std::string effect_text(Event event, const Secrets& secrets) {
+    event.detail.clear();
+    return event_text(event, secrets);
+}
+
 } // namespace
 
 std::vector<Change> changes_between(const Store& before, const Store& after,
@@ -145,14 +151,15 @@ std::string Preview::changes_text(const PreviewedStep& step, const Paint& paint)
 // What a person wants to know beside the options: commands, and what else takes effect.
 std::string Preview::effects_text(const PreviewedStep& step, const Paint& paint) const {
     std::string text;
+    const bool refuses = step.result != 0; // then the failure tells why, and what is discarded
     const auto add = [&](const char* name, const std::string& rest) {
         text += "  " + paint.marked(name) + " " + rest + "\n";
     };
     for (const Event& event : step.events) {
-        if (is_error_message(event)) {
+        if (is_error_message(event) && !refuses) {
             text += "  " + paint.bad("says " + printable(secrets_.text(event.detail))) + "\n";
-        } else if (is_effect(event)) {
-            add(event_name(event.kind), event_text(event, secrets_));
+        } else if (is_effect(event) && !(refuses && event.kind == Event::Kind::revert)) {
+            add(event_name(event.kind), effect_text(event, secrets_));
         }
         const std::vector<std::string> services = restarted_services(event);
         if (!services.empty()) {
@@ -186,13 +193,15 @@ std::vector<std::string> Preview::shown(const std::vector<StagedChange>& changes
     return texts;
 }
 
+// Goes on where the step that refuses has ended.
 std::string Preview::failure_text(const Application& application, const Paint& paint) const {
-    std::vector<std::string> reason;
+    std::string text;
     for (const std::string& line : application.reason()) {
-        reason.push_back(printable(secrets_.text(line)));
+        text += "  " + paint.bad("says " + printable(secrets_.text(line))) + "\n";
     }
-    std::string text = "\n" + paint.bad("The reason of " + application.failed()->title()) + "\n" +
-                       lines(reason.empty() ? std::vector<std::string>{"none is logged"} : reason);
+    if (application.reason().empty()) {
+        text += "  " + paint.bad("says no reason") + "\n";
+    }
     std::vector<std::string> kept;
     for (const Change& change : all_changes()) {
         kept.push_back(change_text(change));
@@ -200,13 +209,15 @@ std::string Preview::failure_text(const Application& application, const Paint& p
     for (const std::string& change : application.changed_at_once()) {
         kept.push_back(change);
     }
-    if (!printed_.empty()) {
-        text += paint.title("What it printed") + "\n" + lines(printed_lines());
-    }
-    text += kept.empty() ? "Nothing would have changed by then.\n"
-                         : paint.title("In force all the same") + "\n" + lines(kept);
-    const std::vector<std::string> not_done = application.titles_after_failure();
-    return text + (not_done.empty() ? "" : paint.title("Not done") + "\n" + lines(not_done));
+    const auto section = [&](const char* title, const std::vector<std::string>& content) {
+        text += content.empty() ? "" : paint.title(title) + "\n" + lines(content);
+    };
+    text += "\n";
+    section("What it would print:", printed_lines());
+    section("What would be discarded:", shown(application.ledger().discarded_changes()));
+    section("What would be in force all the same:", kept);
+    section("What would not be done:", application.titles_after_failure());
+    return text;
 }
 
 std::vector<std::string> Preview::printed_lines() const {
@@ -260,8 +271,7 @@ std::string Preview::summary(const Application& application) const {
         application.failed() == nullptr && !now_.staged.empty() ? ", staged and not saved" : "";
     return paragraph(
         counted(steps_.size(), "operation") + ": " + changed + still_staged + "; " +
-        counted(count(Event::Kind::run), "command") + " would act and " +
-        std::to_string(count(Event::Kind::read)) + " only be read; " +
+        counted(count(Event::Kind::run) + count(Event::Kind::read), "command") + " would run; " +
         (restarts.empty() ? "no service" : joined(restarts, ", ")) + " would restart; " +
         (application.failed() == nullptr ? "nothing would be refused."
                                          : application.failed()->title() + " would refuse."));
@@ -334,6 +344,7 @@ Json Preview::failure_json(const Application& application) const {
     set(object, "result", json_int(application.result()));
     set(object, "log", std::move(reason));
     set(object, "printed", json_texts(printed_lines()));
+    set(object, "discarded", json_texts(shown(application.ledger().discarded_changes())));
     set(object, "changed_at_once", json_texts(application.changed_at_once()));
     set(object, "not_done", json_texts(application.titles_after_failure()));
     return object;
