@@ -53,7 +53,7 @@ TEST_F(Orloctl, clients_as_json_hold_all_that_a_record_tells) {
 
 TEST_F(Orloctl, an_ssid_shows_without_control_characters) {
     const TemporaryFile file(DetailRecord().put(25, "two\nlines\033[2J\xFF").bytes());
-    EXPECT_THAT(bare({"clients", "--file", file.path()}).out, HasSubstr("  two?lines?[2J\xFF  "));
+    EXPECT_THAT(bare({"clients", "--file", file.path()}).out, HasSubstr("  two?lines?[2J\xFF\n"));
     EXPECT_THAT(bare({"clients", "--file", file.path(), "--json"}).out,
                 HasSubstr(R"("ssid": "two\nlines\u001B[2J)"));
 }

@@ -40,7 +40,7 @@ std::vector<std::string> shown(const std::vector<Event>& events) {
 class Recording : public testing::Test {
 protected:
     void start() {
-        recorder.start(nullptr, [this](const Event& event) { told.push_back(event); });
+        recorder.start(&recorder, [this](const Event& event) { told.push_back(event); });
     }
 
     Recorder& recorder = Recorder::instance();

@@ -209,14 +209,15 @@ TEST_F(Preview, can_be_made_within_an_access_point_of_the_chroot_form) {
 }
 
 TEST_F(Preview, tells_the_truth_about_an_apply) {
-    const Ended ended = there(
-        "orloctl preview /usr/share/examples/hotspot.json --json --show-keys >/tmp/preview; "
-        "uci show | sort >/tmp/before; orloctl apply /usr/share/examples/hotspot.json >/dev/null; "
-        "uci show | sort >/tmp/after; comm -13 /tmp/before /tmp/after; cat /tmp/preview");
+    const Ended ended =
+        there("orloctl preview /usr/share/examples/hotspot.json --no-save --json --show-keys "
+              ">/tmp/preview; "
+              "uci show | sort >/tmp/before; orloctl apply --no-save "
+              "/usr/share/examples/hotspot.json >/dev/null; "
+              "uci show | sort >/tmp/after; grep -vxFf /tmp/before /tmp/after; cat /tmp/preview");
     const size_t json_start = ended.out.find('{');
     ASSERT_NE(json_start, std::string::npos);
     const Json json = parsed({0, ended.out.substr(json_start), ended.err});
-    std::string expected;
     std::vector<std::string> lines;
     size_t index = 0;
     json_t* change = nullptr;
@@ -249,7 +250,8 @@ TEST_F(Preview, tells_the_truth_about_an_apply) {
 }
 
 TEST_F(Preview, finds_nothing_left_to_do_once_the_description_is_applied) {
-    const Ended ended = there("orloctl apply /usr/share/examples/office.json >/dev/null; "
+    const Ended ended = there("orloctl apply --no-save /usr/share/examples/office.json "
+                              ">/dev/null; uci commit; "
                               "orloctl preview /usr/share/examples/office.json");
     EXPECT_THAT(ended.out, Not(HasSubstr(" -> ")));
     EXPECT_THAT(ended.out, HasSubstr("api_apply_vap radio 1: nothing changes\n"));
@@ -342,8 +344,8 @@ TEST_F(Preview, without_the_save_leaves_the_changes_staged) {
                          "  wireless.wifi0.disabled: '0' -> '1'\n"
                          "\n"
                          "1 operation: 1 value would change (wireless), staged and not saved; 0 "
-                         "commands would\n"
-                         "run; no service would restart; nothing would be refused.\n");
+                         "commands\n"
+                         "would run; no service would restart; nothing would be refused.\n");
 }
 
 TEST_F(Preview, refuses_what_cannot_be_previewed_in_a_sentence) {

@@ -57,7 +57,7 @@ TEST_F(Trace, tells_the_exit_status_of_a_command_that_failed) {
 }
 
 TEST_F(Trace, shows_what_was_read_of_a_commands_output) {
-    const Ended ended = there("orloctl trace api_get_transmitpower 0");
+    const Ended ended = there("orloctl trace api_get_MaxPowerInfo 0 20 x");
     EXPECT_THAT(ended.out, HasSubstr(" | cut -d ':' -f 3 -> '20.500000'\n")) << ended.err;
 }
 
@@ -102,7 +102,8 @@ TEST_F(Trace, hides_keys_unless_they_are_asked_for) {
     EXPECT_THAT(there(call + " --json").out, Not(HasSubstr("sesame")));
     EXPECT_THAT(there(call + " --show-keys").out, HasSubstr("chpasswd.lua 'admin' 'sesame'\n"));
     const Ended vaps = there(
-        "orloctl trace api_apply_vap 0 '[{\"ssid\": \"s\", \"wireless_security\": "
+        "orloctl trace api_apply_vap 0 '[{\"vap\": 0, \"vlan_id\": 1, \"ssid\": \"s\", "
+        "\"wireless_security\": "
         "\"wpa-personal\", \"wpa_personal\": {\"wpa\": [\"WPA2\"], \"key\": \"open sesame\"}}]'");
     EXPECT_THAT(vaps.out, HasSubstr("set     wireless.wifi0vap0.key: (none) -> '********'\n"))
         << vaps.err;
