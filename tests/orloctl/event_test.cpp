@@ -65,6 +65,14 @@ TEST(Event, an_error_is_a_message_of_that_level_or_that_begins_so) {
     EXPECT_FALSE(is_error_message(command("error")));
 }
 
+TEST(Event, secrets_are_learnt_from_options_and_not_from_log_lines) {
+    Secrets secrets(false);
+    learn({Kind::set, "wireless.wifi0vap0.key", "open sesame", "old sesame"}, secrets);
+    learn({Kind::log, "write_key", "a whole message"}, secrets);
+    EXPECT_EQ(event_text({Kind::run, "x 'open sesame' 'old sesame' a whole message"}, secrets),
+              "x '********' '********' a whole message");
+}
+
 TEST(Event, a_text_stays_one_line) {
     Event event{Kind::read, "cat\x07", "two\nlines"};
     EXPECT_EQ(event_text(event, Secrets(false)), "cat? -> 'two\\nlines'");

@@ -282,6 +282,18 @@ TEST_F(Preview, of_a_refusal_tells_the_operation_the_reason_and_what_would_remai
     EXPECT_EQ(ended.err, "");
 }
 
+TEST_F(Preview, of_a_refusal_tells_what_the_library_prints) {
+    const Backup backup;
+    fs::remove(backup.path() + "/wifi_qos");
+    const Ended ended = preview({"--config", backup.path(), "-"},
+                                R"({"radios": [{"radio": 0, "settings": {"wmm": false}}]})");
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_THAT(ended.out, HasSubstr("What it would print:\n"
+                                     "  uciSetValue (58): Failed to lookup value: "
+                                     "wifi_qos.wifi0.WMM=0\n"));
+    EXPECT_EQ(ended.err, "");
+}
+
 TEST_F(Preview, as_json_tells_the_same) {
     const Ended ended = preview({"--raw", "--json", "-"}, wrong_channel);
     EXPECT_EQ(ended.status, 1);

@@ -47,7 +47,7 @@ Call& Trace::watch(Call& call, const Library& library) {
 }
 
 void Trace::print(const Event& event) {
-    secrets_.learn(event.subject, event.detail);
+    learn(event, secrets_);
     if (line_.json || is_left_out(event)) {
         return;
     }

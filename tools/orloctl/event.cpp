@@ -154,6 +154,13 @@ std::vector<std::string> restarted_services(const Event& event) {
     return services;
 }
 
+void learn(const Event& event, Secrets& secrets) {
+    if (edits_option(event) || event.kind == Kind::get) {
+        secrets.learn(event.subject, event.detail);
+        secrets.learn(event.subject, event.before.value_or(""));
+    }
+}
+
 std::string event_text(const Event& event, const Secrets& secrets) {
     const std::string text = edits_option(event) ? edit_text(event, secrets)
                              : is_command(event) ? command_text(event, secrets)

@@ -50,6 +50,9 @@ bool is_error_message(const Event& event);
 // The services that a command restarts, "network", in order; none for most.
 std::vector<std::string> restarted_services(const Event& event);
 
+// What is secret in it, to be hidden from then on.
+void learn(const Event& event, Secrets& secrets);
+
 // One line for people, without its kind and line end.
 std::string event_text(const Event& event, const Secrets& secrets);
 

@@ -112,8 +112,9 @@ StepWatcher Preview::watcher() {
 void Preview::note(const Step& step, int result) {
     PreviewedStep previewed = {step.title(), orloctl::step_json(step),   step.at_once, result,
                                {},           Recorder::instance().stop()};
+    printed_ = noise_.take();
     for (const Event& event : previewed.events) {
-        secrets_.learn(event.subject, event.detail);
+        learn(event, secrets_);
     }
     Store after = read_store();
     previewed.changes = changes_between(now_, after, previewed.events);
