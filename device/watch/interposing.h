@@ -41,4 +41,9 @@ inline std::string text_of(const sockaddr* address, socklen_t size) {
 
 } // namespace orlo::device
 
-#define REAL(function) (orlo::device::real(#function, &::function))
+// Looked up once: some are called line by line.
+#define REAL(function)                                                                             \
+    ([] {                                                                                          \
+        static auto* const next = orlo::device::real(#function, &::function);                      \
+        return next;                                                                               \
+    }())

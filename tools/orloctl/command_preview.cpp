@@ -44,8 +44,8 @@ std::string help() {
            "\n" +
            paragraph("Operation by operation: each option that gets another value (OPTION: OLD -> "
                      "NEW, in the order of staging; writes that change nothing are left out), each "
-                     "command that acts on the device, what else takes effect, each service that "
-                     "restarts, each message that tells of an error. Then, after an operation "
+                     "command that would run, what else takes effect, each service that restarts, "
+                     "each message that tells of an error. Then, after an operation "
                      "that refuses, its reason, what would be in force all the same and what "
                      "would not be done; and a line that sums up.") +
            "\n" +
@@ -55,8 +55,8 @@ std::string help() {
                      "as ******** unless --show-keys is given.") +
            "\n" +
            paragraph("It needs namespaces, or root and chroot, and the root of the virtual access "
-                     "point, which it finds in the build folder or installed. With --json: the "
-                     "same, and the commands that are only read. Exit code 1: an operation would "
+                     "point, which it finds in the build folder or installed. Waiting is cut "
+                     "short. With --json: the same for programs. Exit code 1: an operation would "
                      "refuse.") +
            "\nExamples:\n"
            "  orloctl preview examples/office.json\n"

@@ -259,12 +259,13 @@ int uci_lookup_ptr(uci_context* context, uci_ptr* found, char* text, bool extend
     if (!WATCHED) {
         return REAL(uci_lookup_ptr)(context, found, text, extended);
     }
+    const std::string asked = text; // which the store cuts to pieces
     int result = 0;
     {
         const Recorder::Within within;
         result = REAL(uci_lookup_ptr)(context, found, text, extended);
     }
-    Event event{Kind::get, result == UCI_OK ? path_of(*found) : text};
+    Event event{Kind::get, result == UCI_OK ? path_of(*found) : asked.substr(0, asked.find('='))};
     event.failed = result != UCI_OK;
     event.before = event.failed ? std::nullopt : value_of(*found);
     recorder().add(std::move(event));
