@@ -22,7 +22,7 @@ expect_agent() { # PROGRAM
 }
 
 cmake --install "$build" --prefix "$prefix" >/dev/null
-libdir=$(dirname "$(find "$prefix" -name liborlovendor.so)")
+libdir=$(dirname "$(find "$prefix" -name liborlovendor.so -not -path '*/device-root/*')")
 
 # The prefix was chosen at install time: tell pkg-config.
 export PKG_CONFIG_PATH="$libdir/pkgconfig"

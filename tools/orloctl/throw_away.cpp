@@ -32,7 +32,7 @@ bool is_file(const std::string& path) {
 // As the store lists packages: plain files, hidden ones left out.
 Files read_files(const std::string& path, const Folder& folder) {
     Files files;
-    while (const dirent* entry = readdir(folder.get())) {
+    while (const dirent* entry = folder ? readdir(folder.get()) : nullptr) {
         const std::string file = path + "/" + entry->d_name;
         if (entry->d_name[0] != '.' && is_file(file)) {
             files[entry->d_name] = read_file(file, configuration_file);
@@ -56,7 +56,9 @@ Files read_packages(const std::string& path) {
 
 void write_files(const std::string& folder, const Files& files) {
     for (const auto& [name, text] : files) {
-        orlo::device::write_file(folder + "/" + name, text);
+        std::string path = folder;
+        path += "/" + name;
+        orlo::device::write_file(path, text);
     }
 }
 
