@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loads a library as the agent does, in a process that has loaded nothing else, and tells how many
 // nanoseconds that took: load-probe LIBRARY [SYMBOL]
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an agent pushes: the VAPs of a radio and a whole quilt, with all kinds of security.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pushing a configuration. The floor is what the store must be asked for, asked without the
 // operation; what people do without the library is a script of "uci" lines.
 #include "access_point.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What it costs to begin: loading the library, and entering a virtual access point.
 #include "ratios.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Recording works by standing in front of the store: the library finds these functions before those
 // of libuci.
 #include "store_calls.h"

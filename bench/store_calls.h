@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library's calls of the configuration store: recorded while an operation runs, and made again
 // without the operation. That is the floor of what the operation can cost.
 #pragma once

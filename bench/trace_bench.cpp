@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A trace line that nobody keeps: operations log several, so that it must cost next to nothing.
 #include "orlo/debug.h"
 #include "ratios.h"

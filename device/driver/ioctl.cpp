@@ -3,6 +3,7 @@
 // find before the C library's. Wireless-extension requests are answered from the state files while
 // their folder exists; everything else, and everything on a real device, goes to the kernel.
 #include "driver/answers.h"
+#include "driver/observer.h"
 
 #include <cerrno>
 #include <cstdarg>
@@ -87,7 +88,21 @@ bool is_wireless(unsigned long number) {
     return number >= SIOCIWFIRST && number <= 0x8BFF;
 }
 
+/// As ioctl does: asks the simulated driver where there is one, else the kernel.
+int request_wireless(int fd, unsigned long number, iwreq* request) {
+    if (access(driver_folder, F_OK) != 0) {
+        return static_cast<int>(syscall(SYS_ioctl, fd, number, request));
+    }
+    const int before = errno;
+    const int error = answer(fd, number, request);
+    errno = error != 0 ? error : before;
+    return error != 0 ? -1 : 0;
+}
+
 } // namespace
+
+RequestObserver request_observer = nullptr;
+
 } // namespace orlo::device
 
 /// What the linker is told to look for. `ioctl` alone would not do: a library that comes before the
@@ -104,11 +119,15 @@ extern "C" __attribute__((visibility("default"))) int ioctl(int fd, unsigned lon
     va_start(arguments, number);
     void* argument = va_arg(arguments, void*);
     va_end(arguments);
-    if (!is_wireless(number) || access(driver_folder, F_OK) != 0) {
+    if (!is_wireless(number)) {
         return static_cast<int>(syscall(SYS_ioctl, fd, number, argument));
     }
-    const int before = errno;
-    const int error = answer(fd, number, static_cast<iwreq*>(argument));
-    errno = error != 0 ? error : before;
-    return error != 0 ? -1 : 0;
+    auto* const request = static_cast<iwreq*>(argument);
+    const int result = request_wireless(fd, number, request);
+    if (request_observer != nullptr && request != nullptr) {
+        const int error = errno;
+        request_observer(number, *request, result < 0 ? error : 0);
+        errno = error;
+    }
+    return result;
 }

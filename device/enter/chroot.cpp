@@ -26,12 +26,32 @@ namespace {
 constexpr unsigned kept_rights[] = {CAP_CHOWN,  CAP_DAC_OVERRIDE, CAP_FOWNER,    CAP_FSETID,
                                     CAP_SETGID, CAP_SETUID,       CAP_SYS_CHROOT};
 
+/// In an access point nobody has the right to make device files; those around it do for one inside.
 void make_devices(int instance) {
     const Fd dev = open_folder(instance, "dev");
     for (const DeviceFile& device : device_files) {
         const dev_t number = makedev(device.major, device.minor);
+        const std::string path = "/dev/" + std::string(device.name);
+        if (inside() && linkat(AT_FDCWD, path.c_str(), dev.get(), device.name, 0) == 0) {
+            continue;
+        }
         check(mknodat(dev.get(), device.name, S_IFCHR | 0666, number), "mknod");
         check(fchmodat(dev.get(), device.name, 0666, 0), device.name);
+    }
+}
+
+/// Folders that are filled otherwise stay empty: where the template is the access point around this
+/// one, they hold what is not its own, and the instance itself. Hidden files are an instance's.
+void copy_template(int from, int instance) {
+    for (const std::string& name : names_in(from)) {
+        if (name[0] == '.') {
+            continue;
+        }
+        if (is_mount_point(name)) {
+            check(mkdirat(instance, name.c_str(), 0755), name);
+        } else {
+            copy_entry(from, instance, name.c_str(), Sharing::Allowed);
+        }
     }
 }
 
@@ -47,7 +67,7 @@ void forgo_leak_checks(int instance) {
 }
 
 void fill_instance(const Entry& entry, int instance) {
-    copy_tree(open_folder(AT_FDCWD, entry.root).get(), instance, Sharing::Allowed);
+    copy_template(open_folder(AT_FDCWD, entry.root).get(), instance);
     check(fchmod(instance, 0755), "chmod");
     check(fchmodat(instance, "tmp", 01777, 0), "tmp");
     make_devices(instance);

@@ -74,20 +74,10 @@ void copy_link(int from, int to, const char* name, Sharing sharing) {
     check(symlinkat(text, to, name), name);
 }
 
-void copy_entry(int from, int to, const char* name, Sharing sharing) {
+bool is_same_file_system(int folder, const struct stat& entry) {
     struct stat info {};
-    check(fstatat(from, name, &info, AT_SYMLINK_NOFOLLOW), name);
-    if (S_ISLNK(info.st_mode)) {
-        copy_link(from, to, name, sharing);
-    } else if (S_ISREG(info.st_mode)) {
-        copy_file(from, to, name, info, sharing);
-    } else if (S_ISDIR(info.st_mode)) {
-        check(mkdirat(to, name, 0700), name);
-        const Fd source = open_folder(from, name);
-        const Fd target = open_folder(to, name);
-        copy_tree(source.get(), target.get(), sharing);
-        check(fchmod(target.get(), info.st_mode & 07777), name);
-    }
+    check(fstat(folder, &info), "folder");
+    return info.st_dev == entry.st_dev;
 }
 
 void remove_entry(int parent, const char* name, dev_t device);
@@ -146,12 +136,38 @@ Fd open_folder(int parent, const std::string& name) {
     return folder;
 }
 
-void copy_tree(int from, int to, Sharing sharing) {
-    const Dir dir = list_folder(from);
+std::vector<std::string> names_in(int folder) {
+    std::vector<std::string> names;
+    const Dir dir = list_folder(folder);
     while (const dirent* entry = readdir(dir.get())) {
         if (!is_dots(entry->d_name)) {
-            copy_entry(from, to, entry->d_name, sharing);
+            names.emplace_back(entry->d_name);
         }
+    }
+    return names;
+}
+
+void copy_entry(int from, int to, const char* name, Sharing sharing) {
+    struct stat info {};
+    check(fstatat(from, name, &info, AT_SYMLINK_NOFOLLOW), name);
+    if (S_ISLNK(info.st_mode)) {
+        copy_link(from, to, name, sharing);
+    } else if (S_ISREG(info.st_mode)) {
+        copy_file(from, to, name, info, sharing);
+    } else if (S_ISDIR(info.st_mode)) {
+        check(mkdirat(to, name, 0700), name);
+        const Fd source = open_folder(from, name);
+        const Fd target = open_folder(to, name);
+        if (is_same_file_system(from, info)) {
+            copy_tree(source.get(), target.get(), sharing);
+        }
+        check(fchmod(target.get(), info.st_mode & 07777), name);
+    }
+}
+
+void copy_tree(int from, int to, Sharing sharing) {
+    for (const std::string& name : names_in(from)) {
+        copy_entry(from, to, name.c_str(), sharing);
     }
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace orlo::device {
 
@@ -35,7 +36,14 @@ enum class Sharing {
     Allowed, ///< links, and files too large to be scripts, may be the template's own
 };
 
-/// Copies what `from` holds into the existing folder `to`: files, folders, links and modes.
+/// What a folder holds, itself and the one above left out.
+std::vector<std::string> names_in(int folder);
+
+/// Copies `name` in the folder `from`, with all it holds, to the folder `to`.
+void copy_entry(int from, int to, const char* name, Sharing sharing);
+
+/// Copies what `from` holds into the existing folder `to`: files, folders, links and modes. Of a
+/// folder that another file system is mounted on there is only the folder.
 void copy_tree(int from, int to, Sharing sharing);
 
 /// Removes `name` below `parent` with all it holds. Links are removed, not followed; a folder of

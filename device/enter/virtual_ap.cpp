@@ -107,8 +107,12 @@ std::string attempt(Form form, const Entry& entry) {
 }
 
 [[noreturn]] void refuse(const std::string& reason, int status) {
-    fprintf(stderr, "cannot enter the virtual access point: %s\n", reason.c_str());
-    _exit(status);
+    throw NoAccessPoint("cannot enter the virtual access point: " + reason, status);
+}
+
+[[noreturn]] void end(const NoAccessPoint& reason) {
+    fprintf(stderr, "%s\n", reason.what());
+    _exit(reason.status);
 }
 
 struct Wanted {
@@ -137,6 +141,11 @@ std::string real_path(const std::string& path) {
         refuse(path + ": " + strerror(errno), status_wrong_use);
     }
     return resolved;
+}
+
+std::string program_folder() {
+    const std::string program = real_path("/proc/self/exe");
+    return program.substr(0, program.rfind('/'));
 }
 
 Entry resolved(const Entry& entry) {
@@ -183,12 +192,29 @@ bool is_mount_point(const std::string& folder) {
 }
 
 Entry entry_beside_program() {
-    const std::string program = real_path("/proc/self/exe");
-    const std::string folder = program.substr(0, program.rfind('/'));
-    return {folder + "/device-root", {folder}, false};
+    try {
+        const std::string folder = program_folder();
+        return {folder + "/device-root", {folder}, false};
+    } catch (const NoAccessPoint& reason) {
+        end(reason);
+    }
 }
 
-Mode enter(const Entry& entry) {
+Entry entry_wherever_this_is() {
+    if (inside()) {
+        return {"/", {}, false};
+    }
+    const std::string folder = program_folder();
+    for (const char* place : {"/device-root", "/" ORLO_DEVICE_FOLDER "/device-root"}) {
+        if (access((folder + place + marker_file).c_str(), F_OK) == 0) {
+            return {folder + place, {}, false};
+        }
+    }
+    refuse("there is no device root in " + folder + " or its " ORLO_DEVICE_FOLDER,
+           status_wrong_use);
+}
+
+Mode try_to_enter(const Entry& entry) {
     const Entry device = resolved(entry);
     const Wanted wanted = wanted_forms(entry);
     // A caller that ignores its children would have them reaped before they can be waited for.
@@ -208,6 +234,14 @@ Mode enter(const Entry& entry) {
         refuse(failure.what(), status_impossible);
     }
     refuse(join_causes(no_namespaces, no_chroot), status_impossible);
+}
+
+Mode enter(const Entry& entry) {
+    try {
+        return try_to_enter(entry);
+    } catch (const NoAccessPoint& reason) {
+        end(reason);
+    }
 }
 
 bool inside() {

@@ -3,6 +3,7 @@
 // and the tests run as they do on an access point, without touching the machine they run on.
 #pragma once
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,19 @@ struct Entry {
 /// The template and the build folder beside the running program.
 Entry entry_beside_program();
 
+/// A template that the running program finds where it is: the access point around it, as that now
+/// stands; the one beside it in a build folder; the installed one. Nothing is visible beside it.
+/// Throws NoAccessPoint when there is none.
+Entry entry_wherever_this_is();
+
+/// Why there can be no access point here, in one sentence, and the status with which a program
+/// ends for that reason.
+struct NoAccessPoint : std::runtime_error {
+    NoAccessPoint(const std::string& sentence, int status)
+        : std::runtime_error(sentence), status(status) {}
+    int status;
+};
+
 /// Makes a fresh access point and returns inside it, in a process of its own, with "/" as working
 /// directory. To be called first thing in main(), while there is one thread.
 ///
@@ -34,6 +48,9 @@ Entry entry_beside_program();
 ///
 /// ORLO_VIRTUAL_AP=namespaces or =chroot in the environment allows only that form.
 Mode enter(const Entry& entry);
+
+/// As enter(), but throws NoAccessPoint when no form is possible.
+Mode try_to_enter(const Entry& entry);
 
 /// True in a process that runs inside an access point.
 bool inside();

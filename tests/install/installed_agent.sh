@@ -15,7 +15,7 @@ trap 'rm -rf "$work"' EXIT
 prefix=$work/prefix
 
 cmake --install "$build" --prefix "$prefix" >/dev/null
-libdir=$(dirname "$(find "$prefix" -name liborlovendor.so)")
+libdir=$(dirname "$(find "$prefix" -name liborlovendor.so -not -path '*/device-root/*')")
 private=$libdir/orlovendor
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
 

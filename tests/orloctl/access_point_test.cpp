@@ -207,12 +207,12 @@ TEST_F(OnTheAccessPoint, counters_are_those_that_the_kernel_keeps) {
 
 TEST_F(OnTheAccessPoint, clients_are_the_stations_that_the_driver_knows) {
     const std::string table =
-        "radio  VAP  SSID           MAC                IPv4           signal   rate        VLAN\n"
-        "0      0    Lobby 2.4 GHz  a4:5e:60:01:02:03  192.168.1.101  -52 dBm  144 Mbit/s  1\n"
-        "0      0    Lobby 2.4 GHz  3c:22:fb:10:20:30  192.168.1.102  -71 dBm  26 Mbit/s   1\n"
-        "1      0    Lobby 5 GHz    d8:a2:5e:0a:0b:0c  192.168.1.103  -47 dBm  866 Mbit/s  1\n"
-        "1      1    wlan1.1        06:0c:43:20:30:31  unknown        -55 dBm  780 Mbit/s  1\n"
-        "1      1    wlan1.1        06:0c:43:20:40:31  unknown        -61 dBm  585 Mbit/s  1\n";
+        "radio  VAP  MAC                IPv4           dBm  Mbit/s  VLAN  SSID\n"
+        "0      0    a4:5e:60:01:02:03  192.168.1.101  -52  144     1     Lobby 2.4 GHz\n"
+        "0      0    3c:22:fb:10:20:30  192.168.1.102  -71  26      1     Lobby 2.4 GHz\n"
+        "1      0    d8:a2:5e:0a:0b:0c  192.168.1.103  -47  866     1     Lobby 5 GHz\n"
+        "1      1    06:0c:43:20:30:31  unknown        -55  780     1     wlan1.1\n"
+        "1      1    06:0c:43:20:40:31  unknown        -61  585     1     wlan1.1\n";
     const Ended ended = there("orloctl clients; orloctl clients --file /tmp/assoc_client_detail; "
                               "cat /tmp/assoc_client");
     EXPECT_EQ(ended.out, table + table +
@@ -264,10 +264,9 @@ TEST_F(ListingStations, clients_are_listed_anew_by_the_library) {
     const Ended ended = with_double("cat >/tmp/stations; DOUBLE_STATIONS=/tmp/stations "
                                     "DOUBLE_JOURNAL=/tmp/calls orloctl clients; cat /tmp/calls",
                                     laptop().bytes());
-    EXPECT_EQ(ended.out,
-              "radio  VAP  SSID    MAC                IPv4          signal   rate        VLAN\n"
-              "1      2    Office  a4:5e:60:01:02:03  192.168.1.20  -52 dBm  866 Mbit/s  4094\n"
-              "api_generate_assoc_client_file\n")
+    EXPECT_EQ(ended.out, "radio  VAP  MAC                IPv4          dBm  Mbit/s  VLAN  SSID\n"
+                         "1      2    a4:5e:60:01:02:03  192.168.1.20  -52  866     4094  Office\n"
+                         "api_generate_assoc_client_file\n")
         << ended.err;
 }
 

@@ -60,13 +60,16 @@ TEST(CommandLine, nothing_typed_is_no_command) {
 }
 
 TEST(CommandLine, what_is_no_option_is_refused_in_a_sentence) {
-    EXPECT_EQ(refusal({"ops", "--jsno"}), "unknown option '--jsno'; 'orloctl --help' lists them");
+    EXPECT_EQ(refusal({"ops", "--jsno"}),
+              "unknown option '--jsno'; did you mean --json? ('orloctl --help' lists them)");
     EXPECT_EQ(refusal({"-x"}), "unknown option '-x'; 'orloctl --help' lists them");
     EXPECT_EQ(refusal({"ops", "--library"}), "option --library needs a value: --library PATH");
     EXPECT_EQ(refusal({"ops", "--json=1"}), "option --json takes no value");
-    EXPECT_EQ(refusal({"ops", "--raw"}),
-              "option --raw belongs to 'orloctl apply' and 'orloctl call'");
-    EXPECT_EQ(refusal({"--no-save", "status"}), "option --no-save belongs to 'orloctl apply'");
+    EXPECT_EQ(
+        refusal({"ops", "--raw"}),
+        "option --raw belongs to 'orloctl apply' and 'orloctl call' and 'orloctl preview' and "
+        "'orloctl trace'");
+    EXPECT_EQ(refusal({"--dry-run", "status"}), "option --dry-run belongs to 'orloctl apply'");
     EXPECT_EQ(
         refusal({"status", "--watch"}),
         "option --watch belongs to 'orloctl clients' and 'orloctl counters' and 'orloctl mesh' "

@@ -16,6 +16,9 @@ TEST_F(Orloctl, help_is_there_for_everything_and_documents_the_exit_codes) {
                                                   {"ops", "--help"},
                                                   {"call", "--help"},
                                                   {"apply", "--help"},
+                                                  {"preview", "--help"},
+                                                  {"trace", "--help"},
+                                                  {"completion", "--help"},
                                                   {"status", "--help"},
                                                   {"clients", "--help"},
                                                   {"counters", "--help"},
@@ -32,7 +35,8 @@ TEST_F(Orloctl, help_is_there_for_everything_and_documents_the_exit_codes) {
 
 TEST_F(Orloctl, no_line_of_any_help_is_wider_than_a_terminal) {
     for (const std::string command :
-         {"ops", "call", "apply", "status", "clients", "counters", "records", "schema", "--here"}) {
+         {"ops", "call", "trace", "apply", "preview", "status", "clients", "counters", "records",
+          "schema", "completion", "--here"}) {
         std::istringstream lines(bare({command, "--help"}).out);
         for (std::string line; std::getline(lines, line);) {
             EXPECT_LE(line.size(), 80U) << line;

@@ -4,21 +4,19 @@
 #include "orlo/debug.h"
 #include "support/access_point.h"
 #include "support/door.h"
+#include "watch/interposing.h"
 
-#include <arpa/inet.h>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
-#include <dlfcn.h>
-#include <netinet/in.h>
 #include <optional>
-#include <sys/socket.h>
-#include <uci.h>
 #include <unistd.h>
 
+using orlo::device::object_of;
+using orlo::device::path_of;
+using orlo::device::text_of;
 using orlo::test::Call;
 using orlo::test::Door;
 
@@ -28,39 +26,12 @@ Door& door() {
     return Door::instance();
 }
 
-// The function that would have been called without the door.
-template <class Function>
-Function* real(const char* name, Function* /*like*/) {
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-#define REAL(function) (real(#function, &::function))
-
 // Whether code lies in the object that holds the operations table.
 bool is_library(const void* code) {
-    static const void* const library = [] {
-        Dl_info table;
-        dladdr(dlsym(orlo::test::vendor_library(), "Vendor_Ops"), &table);
-        return static_cast<const void*>(table.dli_fbase);
-    }();
-    Dl_info caller;
-    return dladdr(code, &caller) != 0 && caller.dli_fbase == library;
+    static const void* const library = object_of(dlsym(orlo::test::vendor_library(), "Vendor_Ops"));
+    return object_of(code) == library;
 }
 #define CALLED_BY_LIBRARY (door().is_open() && is_library(__builtin_return_address(0)))
-
-std::string path_of(const uci_ptr& found) {
-    std::string path = found.package == nullptr ? "" : found.package;
-    for (const char* part : {found.section, found.option}) {
-        path += part == nullptr ? "" : std::string(".") + part;
-    }
-    return path;
-}
-
-// "127.0.0.1:36000"
-std::string text_of(const sockaddr* address, socklen_t size) {
-    sockaddr_in ipv4 = {};
-    memcpy(&ipv4, address, size < sizeof ipv4 ? size : sizeof ipv4);
-    return std::string(inet_ntoa(ipv4.sin_addr)) + ":" + std::to_string(ntohs(ipv4.sin_port));
-}
 
 // A store call that edits: recorded with its outcome.
 template <class Function>

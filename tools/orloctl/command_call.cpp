@@ -1,73 +1,24 @@
 // SPDX-License-Identifier: MIT
 // orloctl call: one operation, its arguments from the command line.
+#include "call.h"
 #include "commands.h"
 #include "library.h"
 #include "log_capture.h"
-#include "operations.h"
 #include "text.h"
 
 namespace orloctl {
 
 namespace {
 
-std::string shown_call(const Operation& operation, const Reading& reading,
-                       const std::vector<Argument>& arguments) {
-    std::string text = reading.shown + "\n";
-    for (size_t i = 0; i < arguments.size(); i++) {
-        if (operation.parameters[i].is_filled_in()) {
-            text += operation.parameters[i].name + ":" +
-                    shown_argument(operation.parameters[i], arguments[i]);
-        }
-    }
-    return text;
-}
-
-Json call_json(const Operation& operation, const Result& result, const Reading& reading,
-               const std::vector<Argument>& arguments) {
-    Json outputs = json_object_new();
-    for (size_t i = 0; i < arguments.size(); i++) {
-        if (operation.parameters[i].is_filled_in()) {
-            set(outputs, operation.parameters[i].name.c_str(),
-                argument_json(operation.parameters[i], arguments[i]));
-        }
-    }
-    Json object = json_object_new();
-    set(object, "operation", json_text(operation.name));
-    set(object, "slot", json_int(operation.slot));
-    set(object, "meaning", json_text(meaning_name(operation.meaning)));
-    set(object, "result", result_json(result));
-    set(object, "shown", json_text(reading.shown));
-    set(object, "ok", json_bool(!reading.failed));
-    set(object, "outputs", std::move(outputs));
-    set(object, "log", json_texts(reading.failed ? last_log_lines() : std::vector<std::string>()));
-    return object;
-}
-
 Exit run(const CommandLine& line, Output& output) {
-    if (line.words.empty()) {
-        throw Refusal("'orloctl call' needs an operation: orloctl call OP ARG... ('orloctl ops' "
-                      "lists them)");
-    }
-    const Operation& operation = find_operation(line.words[0]);
-    std::vector<Argument> arguments =
-        read_arguments(operation, {line.words.begin() + 1, line.words.end()}, !line.raw);
+    Call call = read_call(line);
     const Library library = open_library(line);
-
-    start_call_log();
-    const Result result = operation.call(library.ops(), arguments);
-    const Reading reading = read_result(operation.meaning, result);
-    if (line.json) {
-        output.print(json_document(call_json(operation, result, reading, arguments)));
-    } else {
-        output.print(shown_call(operation, reading, arguments));
+    call.make(library.ops());
+    output.print(line.json ? json_document(call.json()) : call.text());
+    if (call.has_failed() && !line.json) {
+        print_reason(call.name());
     }
-    if (!reading.failed) {
-        return exit_done;
-    }
-    if (!line.json) {
-        print_reason(operation.name);
-    }
-    return exit_failed;
+    return call.has_failed() ? exit_failed : exit_done;
 }
 
 std::string meanings() {
@@ -106,6 +57,7 @@ std::string help() {
 
 } // namespace
 
-const Command call_command = {"call", "call OP ARG... [--raw]", "call one operation", help, run};
+const Command call_command = {"call", "call OP ARG... [--raw]", "call one operation", help,
+                              run,    operation_names};
 
 } // namespace orloctl

@@ -39,8 +39,8 @@ std::string shown(const std::optional<std::string>& text) {
 }
 
 template <class Number>
-std::string shown(const std::optional<Number>& number, const std::string& unit = "") {
-    return number ? std::to_string(*number) + unit : "unknown";
+std::string shown(const std::optional<Number>& number) {
+    return number ? std::to_string(*number) : "unknown";
 }
 
 std::string station_table(const std::vector<Station>& stations) {
@@ -48,12 +48,11 @@ std::string station_table(const std::vector<Station>& stations) {
         return "no station is associated\n";
     }
     Table table;
-    table.add({"radio", "VAP", "SSID", "MAC", "IPv4", "signal", "rate", "VLAN"});
+    table.add({"radio", "VAP", "MAC", "IPv4", "dBm", "Mbit/s", "VLAN", "SSID"});
     for (const Station& station : stations) {
-        table.add({std::to_string(station.radio), std::to_string(station.vap),
-                   printable(station.ssid), station.mac, shown(station.ipv4),
-                   std::to_string(station.signal) + " dBm", shown(station.rate, " Mbit/s"),
-                   shown(station.vlan_id)});
+        table.add({std::to_string(station.radio), std::to_string(station.vap), station.mac,
+                   shown(station.ipv4), std::to_string(station.signal), shown(station.rate),
+                   shown(station.vlan_id), printable(station.ssid)});
     }
     return table.text();
 }

@@ -5,6 +5,7 @@
 #include <cctype>
 
 #include "exit.h"
+#include "nearest.h"
 #include "text.h"
 
 namespace orloctl {
@@ -22,13 +23,13 @@ struct Option {
 
 const Option options[] = {
     {"--no-save",
-     {"apply"},
+     {"apply", "preview"},
      &CommandLine::no_save,
      nullptr,
      "",
      "stage the changes, but do not call api_save_config"},
     {"--raw",
-     {"apply", "call"},
+     {"apply", "call", "preview", "trace"},
      &CommandLine::raw,
      nullptr,
      "",
@@ -39,6 +40,24 @@ const Option options[] = {
      nullptr,
      "",
      "print what would be called, with all its values, and call nothing"},
+    {"--config",
+     {"preview"},
+     nullptr,
+     &CommandLine::config,
+     "DIR",
+     "start from the configuration in this folder instead"},
+    {"--reads",
+     {"trace"},
+     &CommandLine::reads,
+     nullptr,
+     "",
+     "show the options and files that are read, too, and each save of a staged change"},
+    {"--show-keys",
+     {"preview", "trace"},
+     &CommandLine::show_keys,
+     nullptr,
+     "",
+     "show keys, secrets and passwords as they are"},
     {"--all", {"status", "counters"}, &CommandLine::all, nullptr, "", "list disabled VAPs as well"},
     {"--file",
      {"clients"},
@@ -97,8 +116,12 @@ const Option* find_option(const std::string& name) {
     return nullptr;
 }
 
-bool is_option(const std::string& word) {
-    return word.size() > 1 && word[0] == '-' && isdigit(static_cast<unsigned char>(word[1])) == 0;
+std::vector<std::string> option_names() {
+    std::vector<std::string> names;
+    for (const Option& option : options) {
+        names.emplace_back(option.name);
+    }
+    return names;
 }
 
 class Reader {
@@ -128,7 +151,8 @@ private:
         const std::string name = word.substr(0, equals);
         const Option* option = find_option(name);
         if (option == nullptr) {
-            throw Refusal("unknown option '" + name + "'; 'orloctl --help' lists them");
+            throw Refusal("unknown option '" + name + "'" +
+                          advice(name, option_names(), "'orloctl --help' lists them"));
         }
         given_.push_back(option);
         if (option->value == nullptr) {
@@ -186,6 +210,26 @@ std::string chosen_word(const CommandLine& line, const std::vector<std::string>&
                       word + "' given");
     }
     return word;
+}
+
+bool is_option(const std::string& word) {
+    return word.size() > 1 && word[0] == '-' && isdigit(static_cast<unsigned char>(word[1])) == 0;
+}
+
+bool takes_value(const std::string& option) {
+    const Option* found = find_option(option);
+    return found != nullptr && found->value != nullptr;
+}
+
+std::vector<std::string> options_of(const std::string& command) {
+    std::vector<std::string> names;
+    for (const Option& option : options) {
+        const std::vector<std::string>& owners = option.commands;
+        if (owners.empty() || std::find(owners.begin(), owners.end(), command) != owners.end()) {
+            names.emplace_back(option.name);
+        }
+    }
+    return names;
 }
 
 std::string option_help(const std::string& command) {

@@ -128,8 +128,12 @@ std::string statistics(const CommandLine& line, const vendor_ops& ops) {
     return line.json ? json_frame(line, listing.json()) : listing.text();
 }
 
+std::vector<std::string> choices() {
+    return {"status", "statistics"};
+}
+
 Exit run(const CommandLine& line, Output& output) {
-    const bool wants_status = chosen_word(line, {"status", "statistics"}) == "status";
+    const bool wants_status = chosen_word(line, choices()) == "status";
     const Library library = open_library(line);
     show(line, output, [&] {
         return wants_status ? status(line, library.ops()) : statistics(line, library.ops());
@@ -159,7 +163,11 @@ std::string help() {
 
 } // namespace
 
-const Command mesh_command = {"mesh", "mesh [status|statistics] [--watch]",
-                              "show the place in the mesh, or the traffic of its links", help, run};
+const Command mesh_command = {"mesh",
+                              "mesh [status|statistics] [--watch]",
+                              "show the place in the mesh, or the traffic of its links",
+                              help,
+                              run,
+                              choices};
 
 } // namespace orloctl

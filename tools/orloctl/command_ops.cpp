@@ -143,7 +143,7 @@ std::string help() {
 
 } // namespace
 
-const Command ops_command = {"ops", "ops [NAME|SLOT|WORD]", "list and describe the operations",
-                             help, run};
+const Command ops_command = {
+    "ops", "ops [NAME|SLOT|WORD]", "list and describe the operations", help, run, operation_names};
 
 } // namespace orloctl

@@ -142,8 +142,12 @@ std::string scan(const CommandLine& line, const vendor_ops& ops) {
     return listing.is_empty() ? "no station is heard\n" : listing.text();
 }
 
+std::vector<std::string> choices() {
+    return {"status", "scan"};
+}
+
 Exit run(const CommandLine& line, Output& output) {
-    const bool wants_status = chosen_word(line, {"status", "scan"}) == "status";
+    const bool wants_status = chosen_word(line, choices()) == "status";
     const Library library = open_library(line);
     show(line, output,
          [&] { return wants_status ? status(line, library.ops()) : scan(line, library.ops()); });
@@ -167,7 +171,11 @@ std::string help() {
 
 } // namespace
 
-const Command quilt_command = {"quilt", "quilt [status|scan] [--watch]",
-                               "show the channel quilt, or the stations that it hears", help, run};
+const Command quilt_command = {"quilt",
+                               "quilt [status|scan] [--watch]",
+                               "show the channel quilt, or the stations that it hears",
+                               help,
+                               run,
+                               choices};
 
 } // namespace orloctl

@@ -99,9 +99,13 @@ std::string schema_help() {
 
 } // namespace
 
-const Command records_command = {"records", "records [NAME]", "describe the records", records_help,
-                                 run_records};
-const Command schema_command = {"schema", "schema [NAME] [--markdown]",
-                                "print a record's JSON Schema", schema_help, run_schema};
+const Command records_command = {"records",    "records [NAME]", "describe the records",
+                                 records_help, run_records,      record_names};
+const Command schema_command = {"schema",
+                                "schema [NAME] [--markdown]",
+                                "print a record's JSON Schema",
+                                schema_help,
+                                run_schema,
+                                record_names};
 
 } // namespace orloctl

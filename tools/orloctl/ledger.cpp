@@ -13,23 +13,6 @@ bool contains(const Changes& changes, const StagedChange& change) {
     return std::find(changes.begin(), changes.end(), change) != changes.end();
 }
 
-// The keys whose value is another one, or that are there only on one side.
-std::vector<std::string> differing_keys(const Store& before, const Store& after) {
-    std::vector<std::string> keys;
-    for (const auto& [key, values] : before.values) {
-        const auto found = after.values.find(key);
-        if (found == after.values.end() || found->second != values) {
-            keys.push_back(key);
-        }
-    }
-    for (const auto& [key, values] : after.values) {
-        if (before.values.count(key) == 0) {
-            keys.push_back(key);
-        }
-    }
-    return keys;
-}
-
 } // namespace
 
 void Ledger::succeeded(Store after) {
@@ -60,7 +43,7 @@ void Ledger::failed(const Store& after, Store cleaned) {
         if (cleaned.holds(change)) {
             note_committed(change.key);
         } else {
-            discarded_.push_back(change.text());
+            discarded_.push_back(change);
         }
     }
     for (const std::string& key : differing_keys(now_, cleaned)) {

@@ -27,7 +27,8 @@ public:
 
     std::vector<std::string> staged() const { return texts(now_.staged); }
     const std::vector<std::string>& unreadable() const { return now_.unreadable; }
-    const std::vector<std::string>& discarded() const { return discarded_; }
+    std::vector<std::string> discarded() const { return texts(discarded_); }
+    const std::vector<StagedChange>& discarded_changes() const { return discarded_; }
     std::vector<std::string> committed() const; // "key=value" of each option that got its value
 
 private:
@@ -35,7 +36,7 @@ private:
 
     Store now_;
     std::vector<std::string> committed_keys_;
-    std::vector<std::string> discarded_;
+    std::vector<StagedChange> discarded_;
 };
 
 } // namespace orloctl

@@ -59,11 +59,19 @@ void* Library::required(const char* name) const {
     return address;
 }
 
+bool is_access_point() {
+    return access(access_point_mark, F_OK) == 0;
+}
+
 Library open_library(const CommandLine& line) {
-    if (!line.here && access(access_point_mark, F_OK) != 0) {
+    if (!line.here && !is_access_point()) {
         throw Refusal("no access point here (" + std::string(access_point_mark) +
                       " is missing): use './run shell' for the virtual one, or --here to insist");
     }
+    return load_library(line);
+}
+
+Library load_library(const CommandLine& line) {
     if (line.verbose) {
         print_all_log_lines();
     }

@@ -36,8 +36,14 @@ private:
     const vendor_ops* ops_;
 };
 
+// Whether this is one, real or virtual.
+bool is_access_point();
+
 // The library that the command line, the environment (ORLO_LIBRARY), orloctl's own folder or the
 // loader names, in this order. Refused where there is no access point, unless --here insists.
 Library open_library(const CommandLine& line);
+
+// The same library wherever this is: for an access point that is entered afterwards.
+Library load_library(const CommandLine& line);
 
 } // namespace orloctl

@@ -6,6 +6,7 @@
 #include <deque>
 
 #include "orlo/debug.h"
+#include "recorder.h"
 #include "text.h"
 
 namespace orloctl {
@@ -82,6 +83,13 @@ __attribute__((visibility("default"))) void orlo_agent_debug_log(int module, int
 
     const std::string shown = trimmed(message);
     keep(shown);
+    if (Recorder::instance().is_watching()) {
+        Event event{Event::Kind::log, function_name, shown};
+        event.number = level;
+        event.line = line;
+        Recorder::instance().add(std::move(event));
+    }
+    const Recorder::Within within; // what logging does is not the operation's
     if (capture.print_all) {
         fprintf(stderr, "%s:%d: %s\n", function_name, line, shown.c_str());
     } else if (capture.next != nullptr) {

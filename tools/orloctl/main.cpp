@@ -8,22 +8,12 @@
 #include <exception>
 
 #include "commands.h"
+#include "nearest.h"
 #include "text.h"
 
 namespace {
 
 using namespace orloctl;
-
-// clang-format off
-const Command* const commands[] = {
-    &ops_command, &call_command,
-    &apply_command, &status_command, &system_command,
-    &clients_command, &counters_command,
-    &mesh_command, &quilt_command,
-    &block_command, &release_command, &wait_vaps_command,
-    &records_command, &schema_command,
-};
-// clang-format on
 
 const char* const exit_codes = "Exit codes:\n"
                                "  0  done\n"
@@ -31,29 +21,29 @@ const char* const exit_codes = "Exit codes:\n"
                                "  2  bad input or usage, no access point here, or the library "
                                "cannot be loaded\n";
 
-const Command* find_command(const std::string& name) {
-    for (const Command* command : commands) {
-        if (name == command->name) {
-            return command;
-        }
-    }
-    return nullptr;
-}
-
 std::string main_help() {
     Table table;
-    for (const Command* command : commands) {
+    for (const Command* command : all_commands()) {
         table.add({std::string("orloctl ") + command->usage, command->summary});
     }
     return "orloctl calls the operations of the access point's vendor library.\n\n" +
            table.text(2) +
-           "\n'orloctl COMMAND --help' describes a command. Options may stand anywhere:\n" +
+           "\n'orloctl help COMMAND' describes a command. Options may stand anywhere:\n" +
            option_help("") + "\n" + exit_codes;
 }
 
 std::string command_help(const Command& command) {
     return std::string("orloctl ") + command.usage + "\n\n" + command.help() +
            "\nOptions of every command: 'orloctl --help'.\n\n" + exit_codes;
+}
+
+// "orloctl help COMMAND" is "orloctl COMMAND --help".
+CommandLine with_help(CommandLine line) {
+    if (line.command == "help") {
+        line.help = true;
+        line.command = line.words.empty() ? "" : line.words[0];
+    }
+    return line;
 }
 
 Exit run(const CommandLine& line, Output& output) {
@@ -63,7 +53,8 @@ Exit run(const CommandLine& line, Output& output) {
     }
     const Command* command = find_command(line.command);
     if (command == nullptr && !line.command.empty()) {
-        throw Refusal("unknown command '" + line.command + "'; 'orloctl --help' lists them");
+        throw Refusal("unknown command '" + line.command + "'" +
+                      advice(line.command, command_names(), "'orloctl --help' lists them"));
     }
     if (line.help) {
         output.print(command == nullptr ? main_help() : command_help(*command));
@@ -110,7 +101,7 @@ int main(int argc, char** argv) {
     try {
         Output output;
         const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
-        return checked(run(read_command_line(arguments), output), output);
+        return checked(run(with_help(read_command_line(arguments)), output), output);
     } catch (const Refusal& refusal) {
         print_error(refusal.what());
         return exit_refused;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "exit.h"
+#include "nearest.h"
 #include "records/registry.h"
 #include "records/rule.h"
 #include "text.h"
@@ -108,40 +109,6 @@ std::vector<Operation> all_operations() {
     return all;
 }
 
-// How many letters must be put in, left out or replaced to come from one name to the other.
-size_t distance(const std::string& a, const std::string& b) {
-    std::vector<size_t> row(b.size() + 1);
-    for (size_t j = 0; j <= b.size(); j++) {
-        row[j] = j;
-    }
-    for (size_t i = 1; i <= a.size(); i++) {
-        size_t diagonal = row[0];
-        row[0] = i;
-        for (size_t j = 1; j <= b.size(); j++) {
-            const size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-            diagonal = row[j];
-            row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
-        }
-    }
-    return row[b.size()];
-}
-
-std::string proposal(const std::string& name) {
-    constexpr size_t farthest = 3;
-    constexpr size_t longest = 64; // no operation's name is longer
-    const Operation* nearest = nullptr;
-    size_t best = farthest + 1;
-    for (const Operation& operation : operations()) {
-        const size_t away =
-            name.size() > longest ? best : distance(lower_case(name), lower_case(operation.name));
-        if (away < best) {
-            best = away;
-            nearest = &operation;
-        }
-    }
-    return nearest == nullptr ? "" : "; did you mean " + nearest->name + "?";
-}
-
 // Refuses texts with which the operation would run another command than it seems.
 void check_shell_texts(const Operation& operation, const std::vector<Argument>& arguments) {
     Problems problems;
@@ -182,6 +149,14 @@ std::string Operation::usage() const {
     return words;
 }
 
+std::vector<std::string> operation_names() {
+    std::vector<std::string> names;
+    for (const Operation& operation : operations()) {
+        names.push_back(operation.name);
+    }
+    return names;
+}
+
 const std::vector<Operation>& operations() {
     static const std::vector<Operation> all = all_operations();
     return all;
@@ -203,8 +178,8 @@ const Operation& find_operation(const std::string& name_or_slot) {
         return operation.name == name_or_slot;
     });
     if (found == all.end()) {
-        throw Refusal("unknown operation '" + name_or_slot + "'" + proposal(name_or_slot) +
-                      " ('orloctl ops WORD' searches)");
+        throw Refusal("unknown operation '" + name_or_slot + "'" +
+                      proposal(name_or_slot, operation_names()) + " ('orloctl ops WORD' searches)");
     }
     return *found;
 }

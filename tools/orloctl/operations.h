@@ -29,6 +29,8 @@ struct Operation {
 // In slot order.
 const std::vector<Operation>& operations();
 
+std::vector<std::string> operation_names();
+
 // By name or slot number. Throws a Refusal that proposes what may have been meant.
 const Operation& find_operation(const std::string& name_or_slot);
 

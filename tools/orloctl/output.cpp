@@ -2,6 +2,8 @@
 #include "output.h"
 
 #include <cerrno>
+#include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -23,6 +25,11 @@ Output::~Output() {
 
 bool Output::is_terminal() const {
     return descriptor_ >= 0 && isatty(descriptor_) == 1;
+}
+
+bool Output::has_screen() const {
+    const char* kind = getenv("TERM");
+    return is_terminal() && kind != nullptr && *kind != '\0' && strcmp(kind, "dumb") != 0;
 }
 
 void Output::print(const std::string& text) {

@@ -23,6 +23,9 @@ public:
     // Whether a person reads it as it comes.
     bool is_terminal() const;
 
+    // Whether it is one that does more than print: moves, clears, colours.
+    bool has_screen() const;
+
     // The error number of the first write that failed, 0 when all is written. What is printed after
     // a failed write is dropped: a reader that went away does not stop operations half-way.
     int error() const { return error_; }

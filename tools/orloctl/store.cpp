@@ -162,6 +162,22 @@ Store read_store() {
     return store;
 }
 
+std::vector<std::string> differing_keys(const Store& before, const Store& after) {
+    std::vector<std::string> keys;
+    for (const auto& [key, values] : before.values) {
+        const auto found = after.values.find(key);
+        if (found == after.values.end() || found->second != values) {
+            keys.push_back(key);
+        }
+    }
+    for (const auto& [key, values] : after.values) {
+        if (before.values.count(key) == 0) {
+            keys.push_back(key);
+        }
+    }
+    return keys;
+}
+
 std::vector<std::string> texts(const std::vector<StagedChange>& changes) {
     std::vector<std::string> result(changes.size());
     std::transform(changes.begin(), changes.end(), result.begin(),

@@ -41,6 +41,9 @@ struct Store {
 
 Store read_store();
 
+// The keys whose value is another one, or that are there only on one side.
+std::vector<std::string> differing_keys(const Store& before, const Store& after);
+
 // The texts of changes, in order.
 std::vector<std::string> texts(const std::vector<StagedChange>& changes);
 

@@ -85,7 +85,7 @@ void show(const CommandLine& line, Output& output, const std::function<std::stri
         return;
     }
     const Interruptions interruptions;
-    const bool clears = output.is_terminal() && !line.json;
+    const bool clears = output.has_screen() && !line.json;
     const char* const between = line.json || clears ? "" : "\n";
     for (const char* before = "";; before = between) {
         const std::string text = frame();

@@ -3,6 +3,7 @@
 
 #include "description.h"
 #include "exit.h"
+#include "nearest.h"
 #include "text.h"
 
 namespace orloctl {
@@ -80,15 +81,23 @@ const std::vector<const Record*>& all_records() {
     return all;
 }
 
-const Record& find_record(const std::string& name) {
+std::vector<std::string> record_names() {
     std::vector<std::string> names;
+    for (const Record* record : all_records()) {
+        names.emplace_back(record->name);
+    }
+    return names;
+}
+
+const Record& find_record(const std::string& name) {
     for (const Record* record : all_records()) {
         if (name == record->name) {
             return *record;
         }
-        names.emplace_back(record->name);
     }
-    throw Refusal("unknown record '" + name + "', known are " + joined(names, ", "));
+    const std::string near = proposal(name, record_names());
+    throw Refusal("unknown record '" + name + "'" +
+                  (near.empty() ? ", known are " + joined(record_names(), ", ") : near));
 }
 
 const Form* record_argument(const std::string& operation) {

@@ -60,7 +60,9 @@ extern const Record quilt_wpa_enterprise_record;
 // All of them, those that others are made of behind these.
 const std::vector<const Record*>& all_records();
 
-// Throws a Refusal that lists the names.
+std::vector<std::string> record_names();
+
+// Throws a Refusal that proposes what may have been meant, or lists the names.
 const Record& find_record(const std::string& name);
 
 // The form of an operation's record argument; NULL when its record is not described.
