@@ -7,7 +7,7 @@
 #define REQUIRE(condition)                                                                         \
     do {                                                                                           \
         if (!(condition)) {                                                                        \
-            fprintf(stderr, "%s:%d: does not hold: %s\n", __FILE__, __LINE__, #condition);         \
+            dprintf(2, "%s:%d: does not hold: %s\n", __FILE__, __LINE__, #condition);              \
             abort();                                                                               \
         }                                                                                          \
     } while (0)
