@@ -14,9 +14,19 @@ struct Ratio {
     double at_most;
 };
 
-// Runs the program's benchmarks, interleaved, and prints the ratios of their medians as a table.
-// "--json FILE" writes them to a file too; other arguments are Google Benchmark's.
+// How a cost grows: the benchmark is registered with each of the sizes as its argument.
+struct Growth {
+    const char* what;
+    const char* benchmark;
+    const char* size; // what the argument counts
+    std::vector<long> sizes;
+};
+
+// Runs the program's benchmarks, interleaved, and prints the ratios of their medians as a table,
+// then what grows.
+// "--json N" writes them to descriptor N too; other arguments are Google Benchmark's.
 // Returns the exit status: 0 also when a target is missed, as another machine may be busy.
-int compare(int argc, char** argv, const std::vector<Ratio>& ratios);
+int compare(int argc, char** argv, const std::vector<Ratio>& ratios,
+            const std::vector<Growth>& growths = {});
 
 } // namespace orlo::bench

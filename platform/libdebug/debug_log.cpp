@@ -3,7 +3,7 @@
 //     module level function:line message
 //
 // Lines up to level 1 are kept. ORLO_DEBUG=5:5,8:4 keeps module 5 up to level 5 and module 8 up to
-// level 4. ORLO_FAKE_MODE=1 sets the agent's fake mode.
+// level 4. ORLO_FAKE_MODE=1 sets the agent's fake mode. Both are read when the library is loaded.
 #include "orlo/debug.h"
 
 #include <arpa/inet.h>
@@ -18,21 +18,29 @@ namespace {
 
 constexpr int default_level = 1;
 
-// The level that the environment gives a module. Read at each line: a logged line costs a write
-// anyway, and tests and shells switch levels while the process runs.
-int kept_level(int module) {
-    const char* rest = getenv("ORLO_DEBUG");
-    int level = default_level;
+// Of each module, the last level that is kept. Read once: most lines of an operation are dropped,
+// and one that is costs a comparison.
+constexpr int most_modules = 64;
+int levels[most_modules];
+
+void read_levels(const char* rest) {
+    for (int& level : levels) {
+        level = default_level;
+    }
     while (rest != nullptr && *rest != '\0') {
-        int named = 0;
-        int value = 0;
-        if (sscanf(rest, "%d:%d", &named, &value) == 2 && named == module) {
-            level = value;
+        int module = 0;
+        int level = 0;
+        if (sscanf(rest, "%d:%d", &module, &level) == 2 && module >= 0 && module < most_modules) {
+            levels[module] = level;
         }
         rest = strchr(rest, ',');
         rest = rest == nullptr ? nullptr : rest + 1;
     }
-    return level;
+}
+
+bool is_kept(int module, int level) {
+    const auto index = static_cast<unsigned>(module);
+    return level <= (index < most_modules ? levels[index] : default_level);
 }
 
 int hex_digit(char c) {
@@ -43,7 +51,8 @@ int hex_digit(char c) {
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
-__attribute__((constructor)) void read_fake_mode() {
+__attribute__((constructor)) void read_environment() {
+    read_levels(getenv("ORLO_DEBUG"));
     const char* mode = getenv("ORLO_FAKE_MODE");
     Fake_mode = mode != nullptr && strcmp(mode, "0") != 0 ? 1 : 0;
 }
@@ -53,12 +62,12 @@ __attribute__((constructor)) void read_fake_mode() {
 DEBUG_API int Fake_mode = 0;
 
 DEBUG_API int is_debug_module_level_enabled(int module, int level) {
-    return level <= kept_level(module) ? 1 : 0;
+    return is_kept(module, level) ? 1 : 0;
 }
 
 DEBUG_API void orlo_agent_debug_log(int module, int level, const char* function_name, int line,
                                     const char* format, ...) {
-    if (is_debug_module_level_enabled(module, level) == 0) {
+    if (!is_kept(module, level)) {
         return;
     }
     flockfile(stderr); // one line stays one line

@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 
-using orlo::mac_text;
+using orlo::MacText;
 
 namespace {
 
@@ -25,7 +25,7 @@ void print_table(const char* table, int count) {
     printf("*LEN = %d \n", count);
     for (int i = 0; i < count; i++) {
         const mwl_assoc_entry assoc = entry_at(table, i);
-        printf("assoc->mac: %s \n", mac_text(assoc.mac).c_str());
+        printf("assoc->mac: %s \n", MacText(assoc.mac).c_str());
         printf("assoc->rx_packets = %u\n", assoc.rx_packets);
         printf("assoc->tx_packets = %u\n", assoc.tx_packets);
         printf("assoc->rx_bytes = %u\n", assoc.rx_bytes);
@@ -37,7 +37,7 @@ void print_table(const char* table, int count) {
 void print_block(const ORLOClientInfoList* block, int count) {
     const auto wide = [](uint64_t counter) { return static_cast<unsigned long long>(counter); };
     for (int i = 0; i < count; i++) {
-        printf("(ORLOClientInfoList + %d)->sta_mac: %s\n", i, mac_text(block[i].sta_mac).c_str());
+        printf("(ORLOClientInfoList + %d)->sta_mac: %s\n", i, MacText(block[i].sta_mac).c_str());
         printf("(ORLOClientInfoList + %d)->rx_pkts: %llu\n", i, wide(block[i].rx_pkts));
         printf("(ORLOClientInfoList + %d)->tx_pkts: %llu\n", i, wide(block[i].tx_pkts));
         printf("(ORLOClientInfoList + %d)->rx_bytes: %llu\n", i, wide(block[i].rx_bytes));

@@ -7,7 +7,7 @@
 
 #include <cstdio>
 
-using orlo::mac_text;
+using orlo::MacText;
 
 namespace {
 
@@ -22,7 +22,8 @@ FILE* create_file(const char* operation, const char* path) {
 void write_line(FILE* file, int radio, int vap, const assoc_client_node* client) {
     fprintf(file, "%d,%d", radio, vap);
     for (; client != nullptr; client = client->next) {
-        fprintf(file, ",%s", mac_text(client->record.sta_mac).c_str());
+        fputc(',', file);
+        fputs(MacText(client->record.sta_mac).c_str(), file);
     }
     fputc('\n', file);
 }

@@ -8,7 +8,7 @@ namespace orlo {
 // The command that prints the line of each station that this access point serves for the VAP.
 inline Text<128> quilt_stations_command(const uint8_t (&bssid)[6]) {
     return Text<128>("grep -i %s /sys/kernel/debug/sta/sta_assoc_list | awk '$4==1{print}'",
-                     mac_text(bssid).c_str());
+                     MacText(bssid).c_str());
 }
 
 } // namespace orlo

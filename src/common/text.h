@@ -36,11 +36,24 @@ Text<N + 1> read_inline(const char (&text)[N]) {
     return Text<N + 1>("%.*s", static_cast<int>(N), text);
 }
 
-// "a4:5e:60:01:02:03"
-inline Text<18> mac_text(const uint8_t (&mac)[6]) {
-    return Text<18>("%02x:%02x:%02x:%02x:%02x:%02x", mac[0], mac[1], mac[2], mac[3], mac[4],
-                    mac[5]);
-}
+// "a4:5e:60:01:02:03". By hand: a full access point has thousands of clients to write down.
+class MacText {
+public:
+    explicit MacText(const uint8_t (&mac)[6]) {
+        char* end = text_;
+        for (const uint8_t byte : mac) {
+            *end++ = "0123456789abcdef"[byte >> 4];
+            *end++ = "0123456789abcdef"[byte & 15];
+            *end++ = ':';
+        }
+        end[-1] = '\0';
+    }
+
+    const char* c_str() const { return text_; }
+
+private:
+    char text_[6 * 3];
+};
 
 // Replaces every `needle` in `text`, in place, until none is left; the buffer must have room for
 // the grown text. A result of 1024 bytes or more, an empty needle, or a replacement that holds the

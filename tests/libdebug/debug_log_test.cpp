@@ -17,12 +17,7 @@ std::string stderr_of(const std::function<void()>& call) {
     return testing::internal::GetCapturedStderr();
 }
 
-class DebugLog : public testing::Test {
-protected:
-    void SetUp() override { unsetenv("ORLO_DEBUG"); }
-};
-
-TEST_F(DebugLog, KeepsErrorsAndDropsTraceLines) {
+TEST(DebugLog, KeepsErrorsAndDropsTraceLines) {
     EXPECT_EQ(stderr_of([] {
                   orlo_agent_debug_log(5, 1, "api_x", 42, "failed: %s %d\n", "why", 7);
                   orlo_agent_debug_log(5, 5, "api_x", 43, "Entering...\n");
@@ -31,25 +26,6 @@ TEST_F(DebugLog, KeepsErrorsAndDropsTraceLines) {
               "5 1 api_x:42 failed: why 7\n7 0 api_y:44 late\n");
     EXPECT_EQ(is_debug_module_level_enabled(5, 1), 1);
     EXPECT_EQ(is_debug_module_level_enabled(5, 2), 0);
-}
-
-TEST_F(DebugLog, TheEnvironmentSetsTheLevelOfAModule) {
-    setenv("ORLO_DEBUG", "5:5,8:4", 1);
-    EXPECT_EQ(is_debug_module_level_enabled(5, 5), 1);
-    EXPECT_EQ(is_debug_module_level_enabled(8, 4), 1);
-    EXPECT_EQ(is_debug_module_level_enabled(8, 5), 0);
-    EXPECT_EQ(is_debug_module_level_enabled(7, 2), 0);
-    setenv("ORLO_DEBUG", "8:0", 1);
-    EXPECT_EQ(is_debug_module_level_enabled(8, 1), 0);
-    EXPECT_EQ(is_debug_module_level_enabled(5, 1), 1);
-}
-
-TEST_F(DebugLog, AnEnvironmentThatSaysNothingUsefulIsIgnored) {
-    for (const char* text : {"", ",", "5", "five:5", "5:", ":5", ",,5:x,"}) {
-        setenv("ORLO_DEBUG", text, 1);
-        EXPECT_EQ(is_debug_module_level_enabled(5, 1), 1) << text;
-        EXPECT_EQ(is_debug_module_level_enabled(5, 2), 0) << text;
-    }
 }
 
 TEST(MacText, BecomesSixBytes) {
@@ -83,26 +59,45 @@ TEST(PrintFile, CopiesAFileToStandardError) {
     EXPECT_EQ(stderr_of([] { print_file(nullptr); }), "");
 }
 
-TEST(FakeMode, IsSetByTheEnvironmentAtStart) {
-    // This very test in a process of its own, which then only tells its mode.
-    if (getenv("ORLO_TELL_FAKE_MODE") != nullptr) {
-        printf("fake mode: %d\n", Fake_mode);
-        return;
-    }
-    char program[4096] = {};
-    ASSERT_GT(readlink("/proc/self/exe", program, sizeof program - 1), 0);
-    const auto mode_with = [&](const std::string& setting) {
-        const std::string command = "ORLO_TELL_FAKE_MODE=1 " + setting + " '" + program +
-                                    "' '--gtest_filter=FakeMode.*' | grep '^fake mode'";
-        char line[64] = {};
+class Environment : public testing::Test {
+protected:
+    // What this very program, started with these variables, says of what it read.
+    static std::string read_from(const std::string& variables) {
+        char program[4096] = {};
+        EXPECT_GT(readlink("/proc/self/exe", program, sizeof program - 1), 0);
+        const std::string command = "env -u ORLO_DEBUG -u ORLO_FAKE_MODE ORLO_TELL=1 " + variables +
+                                    " '" + program +
+                                    "' --gtest_filter=Environment.IsReadAtStart | grep '^told: '";
+        char line[128] = {};
         FILE* output = popen(command.c_str(), "r");
         EXPECT_NE(fgets(line, sizeof line, output), nullptr);
         pclose(output);
-        return std::string(line);
-    };
-    EXPECT_EQ(mode_with(""), "fake mode: 0\n");
-    EXPECT_EQ(mode_with("ORLO_FAKE_MODE=1"), "fake mode: 1\n");
-    EXPECT_EQ(mode_with("ORLO_FAKE_MODE=0"), "fake mode: 0\n");
+        return std::string(line).substr(strlen("told: "));
+    }
+
+    static int kept_level(int module) {
+        int level = -10;
+        while (is_debug_module_level_enabled(module, level + 1) != 0) {
+            level++;
+        }
+        return level;
+    }
+};
+
+TEST_F(Environment, IsReadAtStart) {
+    if (getenv("ORLO_TELL") != nullptr) {
+        printf("told: fake %d, module 5 %d, 7 %d, 8 %d, 64 %d, -1 %d\n", Fake_mode, kept_level(5),
+               kept_level(7), kept_level(8), kept_level(64), kept_level(-1));
+        return;
+    }
+    const std::string defaults = ", module 5 1, 7 1, 8 1, 64 1, -1 1\n";
+    EXPECT_EQ(read_from(""), "fake 0" + defaults);
+    EXPECT_EQ(read_from("ORLO_FAKE_MODE=1"), "fake 1" + defaults);
+    EXPECT_EQ(read_from("ORLO_FAKE_MODE=0"), "fake 0" + defaults);
+    EXPECT_EQ(read_from("ORLO_DEBUG=5:5,8:0"), "fake 0, module 5 5, 7 1, 8 0, 64 1, -1 1\n");
+    for (const char* useless : {"''", ",", "5", "five:5", "5:", ":5", ",,5:x,", "64:5,-1:5"}) {
+        EXPECT_EQ(read_from("ORLO_DEBUG=" + std::string(useless)), "fake 0" + defaults) << useless;
+    }
 }
 
 } // namespace

@@ -1,0 +1,1 @@
+/* Loads what the library loads, and has nothing of its own. */
