@@ -12,8 +12,8 @@
 //     %% ioctl 8b05                       the bytes with which the driver answers
 //
 // What the library asks is "read COMMAND", "open PATH", "exists PATH", "get PACKAGE.SECTION.OPTION"
-// or "ioctl NUMBER"; the title of an answer is any piece of it. Answers to the same question take turns. What
-// has no answer prints nothing, does not exist, or fails.
+// or "ioctl NUMBER"; the title of an answer is any piece of it. Answers to the same question take
+// turns. What has no answer prints nothing, does not exist, or fails.
 #pragma once
 
 #include <cstddef>

@@ -73,7 +73,8 @@ int uci_lookup_ptr(uci_context* context, uci_ptr* found, char* text, bool /*exte
     const std::string* const answer =
         found->value == nullptr ? fuzz::answering()->answer(question) : nullptr;
     if (answer != nullptr && found->option != nullptr) {
-        session.value = fuzz::Input::without_line_end(*answer).c_str();
+        session.value = fuzz::Input::without_line_end(*answer);
+        session.value.resize(strlen(session.value.c_str()));
         session.option.v.string = session.value.data();
         found->o = &session.option;
         found->last = &session.option.e;

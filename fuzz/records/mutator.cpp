@@ -6,8 +6,8 @@
 #include "records/registry.h"
 #include "records/wild.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <optional>
 
 using orloctl::Form;
@@ -61,6 +61,6 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t mos
     if (made.size() > most) {
         return LLVMFuzzerMutate(data, size, most);
     }
-    memcpy(data, made.data(), made.size());
+    std::copy(made.begin(), made.end(), data);
     return made.size();
 }

@@ -52,15 +52,35 @@ bool names_a_path(const std::string& text) {
     return text.substr(0, text.find_first_of(".=")).find('/') != std::string::npos;
 }
 
+// The change, and what everybody sees of it before and after a commit.
+void check_change(Loaded& loaded, uci_ptr& ptr, Change change) {
+    const Store& store = Store::instance();
+    const bool is_lost = is_lost_when_staged(ptr, change);
+    const int code = change(loaded.ctx.get(), &ptr);
+    REQUIRE(code >= UCI_OK && code <= UCI_ERR_NOTFOUND);
+    const std::string changed = fuzz::model(*ptr.p, Names::all);
+    REQUIRE(uci_save(loaded.ctx.get(), ptr.p) == UCI_OK);
+    REQUIRE(store.config() == config);
+    if (code != UCI_OK || is_lost) {
+        return;
+    }
+    const bool can_be_written = fuzz::types_can_be_written(*ptr.p);
+    REQUIRE(fuzz::model(*Loaded().package, Names::all) == changed);
+    REQUIRE(uci_commit(loaded.ctx.get(), &ptr.p, false) == UCI_OK);
+    if (can_be_written) {
+        REQUIRE(fuzz::model(*Loaded().package, Names::written) ==
+                fuzz::model(*ptr.p, Names::written));
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size < 1) {
         return 0;
     }
-    const Store& store = Store::instance();
-    store.set_config(config);
-    store.set_staged("");
+    Store::instance().set_config(config);
+    Store::instance().set_staged("");
     std::string text = fuzz::bytes_of(data + 1, size - 1);
     text.resize(strlen(text.c_str()));
     if (names_a_path(text)) {
@@ -72,25 +92,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const bool extended = (data[0] & 0x80) == 0;
     const int found = uci_lookup_ptr(loaded.ctx.get(), &ptr, pieces.data(), extended);
     check_lookup(found, ptr);
-    if (found != UCI_OK) {
-        return 0;
-    }
-    const Change change = changes[data[0] % (sizeof changes / sizeof changes[0])];
-    const bool is_lost = is_lost_when_staged(ptr, change);
-    const int code = change(loaded.ctx.get(), &ptr);
-    REQUIRE(code >= UCI_OK && code <= UCI_ERR_NOTFOUND);
-    const std::string changed = fuzz::model(*ptr.p, Names::all);
-    REQUIRE(uci_save(loaded.ctx.get(), ptr.p) == UCI_OK);
-    REQUIRE(store.config() == config);
-    if (code != UCI_OK || is_lost) {
-        return 0;
-    }
-    const bool can_be_written = fuzz::types_can_be_written(*ptr.p);
-    REQUIRE(fuzz::model(*Loaded().package, Names::all) == changed);
-    REQUIRE(uci_commit(loaded.ctx.get(), &ptr.p, false) == UCI_OK);
-    if (can_be_written) {
-        REQUIRE(fuzz::model(*Loaded().package, Names::written) ==
-                fuzz::model(*ptr.p, Names::written));
+    if (found == UCI_OK) {
+        check_change(loaded, ptr, changes[data[0] % (sizeof changes / sizeof changes[0])]);
     }
     return 0;
 }

@@ -1,7 +1,7 @@
-// What an ELF file of this machine's kind tells the loader.
+// What an ELF file of 64 bits tells the loader.
 #pragma once
 
-#include <link.h>
+#include <elf.h>
 
 #include <cstddef>
 #include <set>
@@ -14,12 +14,12 @@ public:
     explicit ElfFile(const std::string& path);
 
     // 0 without such an entry.
-    ElfW(Xword) dynamic(ElfW(Sxword) tag) const;
+    Elf64_Xword dynamic(Elf64_Sxword tag) const;
 
     // NULL without such a segment.
-    const ElfW(Phdr) * segment(ElfW(Word) type) const;
+    const Elf64_Phdr* segment(Elf64_Word type) const;
 
-    std::vector<ElfW(Phdr)> segments() const;
+    std::vector<Elf64_Phdr> segments() const;
 
     // The functions that it takes from libraries.
     std::set<std::string> imports() const;

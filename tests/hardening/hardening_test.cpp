@@ -23,10 +23,10 @@ TEST_P(BuiltFile, IsResolvedAtOnceAndItsTablesAreReadOnlyFromThenOn) {
 }
 
 TEST_P(BuiltFile, ExecutesNothingThatCanBeWritten) {
-    const ElfW(Phdr)* const stack = file.segment(PT_GNU_STACK);
+    const Elf64_Phdr* const stack = file.segment(PT_GNU_STACK);
     ASSERT_NE(stack, nullptr);
     EXPECT_EQ(stack->p_flags & PF_X, 0U);
-    for (const ElfW(Phdr) & segment : file.segments()) {
+    for (const Elf64_Phdr& segment : file.segments()) {
         if (segment.p_type == PT_LOAD) {
             EXPECT_NE(segment.p_flags & (PF_W | PF_X), unsigned{PF_W | PF_X});
         }
