@@ -185,7 +185,7 @@ void enter_namespaces(const Entry& entry, pid_t caller) {
     make_root(entry);
     start_loopback();
     constexpr const char name[] = "virtual-ap";
-    sethostname(name, sizeof name - 1);
+    static_cast<void>(!sethostname(name, sizeof name - 1));
 }
 
 } // namespace orlo::device

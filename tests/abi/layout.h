@@ -23,7 +23,7 @@
 #define ORLO_RECORD(name, size, alignment, size_ilp32, size_ilp32_align4)                          \
     ORLO_ASSERT(sizeof(struct name) == (size), #name " has another size");                         \
     ORLO_ASSERT(ORLO_ALIGNMENT(struct name) == (alignment), #name " is aligned otherwise");
-#define ORLO_FIELD(name, field, offset)                                                            \
+#define ORLO_FIELD(name, field, offset, offset_ilp32)                                              \
     ORLO_ASSERT(offsetof(struct name, field) == (offset), #name "." #field " lies elsewhere");
 
 #else
@@ -38,7 +38,9 @@ struct orlo_member_of_64_bits {
                                             ? (size_ilp32)                                         \
                                             : (size_ilp32_align4)),                                \
                 #name " has another size");
-#define ORLO_FIELD(name, field, offset)
+#define ORLO_FIELD(name, field, offset, offset_ilp32)                                              \
+    ORLO_ASSERT(offsetof(struct name, field) == (offset_ilp32), #name "." #field " lies "          \
+                                                                                 "elsewhere");
 
 #endif
 
