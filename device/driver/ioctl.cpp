@@ -2,6 +2,7 @@
 // find before the C library's. Wireless-extension requests are answered from the state files while
 // their folder exists; everything else, and everything on a real device, goes to the kernel.
 #include "driver/answers.h"
+#include "driver/fault.h"
 
 #include <cerrno>
 #include <cstdarg>
@@ -17,6 +18,9 @@
 #include <linux/wireless.h>
 
 namespace orlo::device {
+
+int (*demanded_error)() = nullptr;
+
 namespace {
 
 struct ErrorName {
@@ -107,7 +111,10 @@ extern "C" __attribute__((visibility("default"))) int ioctl(int fd, unsigned lon
         return static_cast<int>(syscall(SYS_ioctl, fd, number, argument));
     }
     const int before = errno;
-    const int error = answer(fd, number, static_cast<iwreq*>(argument));
+    int error = demanded_error == nullptr ? 0 : demanded_error();
+    if (error == 0) {
+        error = answer(fd, number, static_cast<iwreq*>(argument));
+    }
     errno = error != 0 ? error : before;
     return error != 0 ? -1 : 0;
 }

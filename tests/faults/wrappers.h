@@ -1,0 +1,16 @@
+// What the library is using the configuration store for, known from the wrapper of its own that it
+// has called: the test program's wrappers come before the library's and hand on to them.
+#pragma once
+
+#include <string>
+
+namespace orlo::test {
+
+enum class StoreUse { none, get, set, commit, revert };
+
+StoreUse store_use();
+
+// What it is used on: "wireless.wifi0.channel", "wireless", "" for all packages.
+const std::string& store_key();
+
+} // namespace orlo::test
