@@ -5,10 +5,12 @@
 //     set=-1!      when a change cannot be staged the answer is -1, and all that is staged, by
 //                  whomever, is discarded
 //     get=same     when an option cannot be read the answer is the same as without a failure
+//     set=-1!>     likewise, but the steps that are left are taken before
 //     read=null+   when a command cannot be started for its output the answer is NULL, and a line
 //                  of the log's error level tells so
+//     read=-1.     neither the log nor standard error tells so
+//     get=*        the answer is any but null
 //     run=~        what becomes of it differs from step to step; the tests of the operation tell
-//
 //     set:ssid=-2  of those steps only in whose command, path or option the word stands
 //
 // Unless there is a "!", what was staged by others stays staged. The kinds of step:
@@ -24,6 +26,9 @@
 //     fork socket send     as their names say
 //     ioctl                a request to the driver fails
 //     memory json          the heap has no memory, or none for JSON values
+//
+// That a file is not there is an answer, and a heap without memory has none for a log line: neither
+// needs to be told.
 #pragma once
 
 #include <iosfwd>

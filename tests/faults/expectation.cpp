@@ -39,7 +39,9 @@ Expectations read_expectations(const std::string& failures) {
         const size_t sign = word.find('=');
         Expectation expected;
         expected.answer = word.substr(sign + 1);
+        expected.is_silent = take_last(expected.answer, '.');
         expected.logs_error = take_last(expected.answer, '+');
+        expected.takes_the_rest = take_last(expected.answer, '>');
         expected.discards = take_last(expected.answer, '!');
         expected.varies = expected.answer == "~";
         all[word.substr(0, sign)] = expected;

@@ -11,6 +11,8 @@ namespace orlo::test {
 struct Expectation {
     std::string answer; // as JSON; "same" as without a failure
     bool discards = false;
+    bool takes_the_rest = false;
+    bool is_silent = false;
     bool logs_error = false;
     bool varies = false;
 };

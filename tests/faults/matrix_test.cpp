@@ -15,7 +15,8 @@ namespace orlo::test {
 namespace {
 
 // Staged by another operation before, in a package and an option of nobody else.
-constexpr const char* foreign = "openflow.config.foreign=staged before";
+constexpr const char* foreign = "openflow.config.foreign";
+constexpr const char* foreign_value = "staged before";
 
 std::string shown(const std::vector<Step>& steps, const Fault& fault) {
     int n = 0;
@@ -66,10 +67,10 @@ class FaultMatrix : public AccessPoint, public testing::WithParamInterface<Case>
 protected:
     FaultMatrix()
         : wanted_(read_expectations(GetParam().failures)),
-          invocation_{GetParam().operation, GetParam().words, GetParam().before} {
+          invocation_{GetParam().operation, GetParam().words, GetParam().before, foreign} {
         write_file("/long-line", std::string(1000000, '7'));
-        const std::string script = std::string("set -e\nuci set '") + foreign + "'\n" +
-                                   GetParam().setup + "\n";
+        const std::string script = std::string("set -e\nuci set '") + foreign + "=" +
+                                   foreign_value + "'\n" + GetParam().setup + "\n";
         EXPECT_EQ(system(script.c_str()), 0);
         files_ = std::make_unique<DeviceFiles>();
         usual_ = run({});
@@ -81,10 +82,6 @@ protected:
         return seen;
     }
 
-    static bool has_foreign(const Observation& seen) {
-        return std::find(seen.staged.begin(), seen.staged.end(), foreign) != seen.staged.end();
-    }
-
     // What holds whatever fails.
     void expect_sound(const Observation& seen) const {
         EXPECT_EQ(seen.end, "") << seen.printed;
@@ -92,27 +89,37 @@ protected:
         EXPECT_LE(seen.blocks, usual_.blocks) << "blocks of memory are left";
     }
 
-    void expect_answer(const Expectation& wanted, const Observation& seen) const {
+    void expect_answer(const std::string& kind, const Expectation& wanted,
+                       const Observation& seen) const {
         const bool goes_on = wanted.answer == "same";
-        EXPECT_EQ(seen.answer, goes_on ? usual_.answer : wanted.answer);
+        if (wanted.answer == "*") {
+            EXPECT_NE(seen.answer, "null");
+        } else {
+            EXPECT_EQ(seen.answer, goes_on ? usual_.answer : wanted.answer);
+        }
         if (wanted.discards) {
             EXPECT_THAT(seen.staged, IsEmpty());
         } else {
-            EXPECT_EQ(has_foreign(seen), has_foreign(usual_));
+            EXPECT_EQ(seen.marker, foreign_value);
         }
         const Trace lines = new_lines(seen.trace, usual_.trace);
         EXPECT_EQ(std::any_of(lines.begin(), lines.end(), is_error), wanted.logs_error)
             << testing::PrintToString(lines);
-        if (!goes_on) {
-            EXPECT_FALSE(lines.empty() && seen.printed == usual_.printed) << "nothing tells so";
+        if (!goes_on && wanted.answer != "*" && must_be_told(kind)) {
+            EXPECT_EQ(lines.empty() && seen.printed == usual_.printed, wanted.is_silent)
+                << "whether anything tells so";
         }
+    }
+
+    static bool must_be_told(const std::string& kind) {
+        return kind != "look" && kind != "memory" && kind != "json";
     }
 
     // A change that cannot be staged ends the operation, or is left out.
     void expect_edits(const Expectation& wanted, const Observation& seen) const {
         const Trace usual = edits(usual_.trace);
         const Trace now = edits(seen.trace);
-        if (wanted.answer != "same") {
+        if (wanted.answer != "same" && !wanted.takes_the_rest) {
             ASSERT_LE(now.size(), usual.size());
             EXPECT_EQ(now, Trace(usual.begin(), usual.begin() + static_cast<long>(now.size())));
         } else {
@@ -133,7 +140,7 @@ protected:
         if (wanted->second.varies) {
             return;
         }
-        expect_answer(wanted->second, seen);
+        expect_answer(kind, wanted->second, seen);
         if (kind == "set") {
             expect_edits(wanted->second, seen);
         }
@@ -189,7 +196,9 @@ TEST_P(FaultMatrix, Of) {
     }
     try_reverts();
     for (const auto& [kind, expectation] : wanted_) {
-        EXPECT_EQ(taken_.count(kind), 1U) << "no step of this kind is taken: " << kind;
+        // Compilers and sanitizers decide which memory the door sees.
+        const bool is_memory = kind == "memory";
+        EXPECT_TRUE(is_memory || taken_.count(kind) == 1) << "no such step is taken: " << kind;
     }
     printf("%s: %d faults\n", invocation_.operation.c_str(), pairs_);
 }

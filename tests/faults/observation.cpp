@@ -31,6 +31,7 @@ constexpr const char* long_line = "/long-line";
 
 struct Inside : AccessPoint {
     using AccessPoint::staged;
+    using AccessPoint::staged_value;
 };
 
 // ---- The way from the process of the run to the test ----
@@ -82,6 +83,7 @@ void exchange(Parcel& parcel, Observation& seen) {
     parcel.exchange(seen.outputs);
     parcel.exchange(seen.leftover);
     parcel.exchange_number(seen.blocks);
+    parcel.exchange(seen.marker);
     parcel.exchange_list(seen.trace, text);
     parcel.exchange_list(seen.staged, text);
     parcel.exchange_list(seen.steps, [&](Step& step) {
@@ -140,7 +142,11 @@ private:
         if (manner == Manner::exits) {
             return 1 << 8;
         }
-        return manner == Manner::killed ? std::optional<int>(SIGKILL) : std::nullopt;
+        if (manner == Manner::killed) {
+            return SIGKILL;
+        }
+        // An endless line may be taken for thousands of words, with a command for each.
+        return had_endless_ ? std::optional<int>(0) : std::nullopt;
     }
 
     std::optional<std::string> output() {
@@ -148,11 +154,13 @@ private:
         if (manner == Manner::empty) {
             return nothing;
         }
+        had_endless_ = had_endless_ || manner == Manner::endless;
         return manner == Manner::endless ? std::optional<std::string>(long_line) : std::nullopt;
     }
 
     const std::vector<Fault>& faults_;
     std::optional<Manner> manner_; // of the step that is being taken
+    bool had_endless_ = false;
     std::map<Call, int> counts_;
     std::vector<Step> steps_;
 };
@@ -257,6 +265,7 @@ Observation run(const Invocation& invocation, const std::vector<Fault>& faults) 
     seen.leftover += door.contexts_in_use() != 0 ? "a store context; " : "";
     seen.blocks = door.blocks_in_use();
     seen.staged = Inside::staged();
+    seen.marker = Inside::staged_value(invocation.marker);
 #ifdef __SANITIZE_ADDRESS__
     seen.leftover += __lsan_do_recoverable_leak_check() != 0 ? "memory; " : "";
 #endif

@@ -37,6 +37,7 @@ struct Invocation {
     std::string operation;
     std::vector<std::string> words;
     std::vector<std::string> before; // operations that are called first, without arguments
+    std::string marker;              // an option whose value is observed
 };
 
 struct Observation {
@@ -49,6 +50,7 @@ struct Observation {
     std::vector<Step> steps;
     Trace trace;
     std::vector<std::string> staged; // afterwards
+    std::string marker;              // the value of invocation.marker afterwards
 };
 
 Observation observe(const Invocation& invocation, const std::vector<Fault>& faults);

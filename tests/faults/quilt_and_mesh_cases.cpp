@@ -28,26 +28,29 @@ const char* const quilt_device = R"(
 const char* const mesh_device = R"(
     uci set wireless.wifi1vap1.mode=qx_mesh
     uci set wireless.wifi1vap1.disabled=0
-    uci commit wireless)";
+    uci commit wireless
+    sed -i 's/^mesh0 down/mesh0 up/' /var/run/device/interfaces)";
 
 } // namespace
 
 std::vector<Case> quilt_and_mesh_cases() {
     // clang-format off
     return {
-        {116, "api_is_quilt_capable", {}, "1", "get=~ look=0", quilt_device},
-        {117, "api_is_any_vap_quilt", {}, "1", "get=~", quilt_device},
-        {118, "api_is_cqscan_enabled", {}, "1", "get=0", quilt_device},
+        {116, "api_is_quilt_capable", {}, "1", "get=same look=0 memory=same", quilt_device},
+        {117, "api_is_any_vap_quilt", {}, "1", "get=same get:wifi1vap2.mode=0", quilt_device},
+        {118, "api_is_cqscan_enabled", {}, "1", "get=0+", quilt_device},
         {119, "api_get_CQ_status", {"1", "/tmp/cq_status"}, "0",
-            "get=~ run=~ exit=~ kill=~ open=~ read=-1 empty=-1 endless=same", quilt_device},
-        {120, "api_apply_channel_quilt", {quilt}, "0", "set=-1!"},
+            "get=same get:wifi1vap2.mode=-1 run=-1+ exit=-1+ kill=-1+ read=-1+ empty=-1+ "
+            "endless=same", quilt_device},
+        {120, "api_apply_channel_quilt", {quilt}, "0",
+            "set=-1! set:cqscan=-1 set:arp_filter=-1 set:mac_auth=-1!+"},
         {121, "api_is_responser_present", {}, "1", "look=0", "mkdir -p /etc/init.d; : >/etc/init.d/responser"},
-        {122, "api_get_cqscan", {}, "*", "get=~ look=null open=~ ioctl=~ json=~", quilt_device},
+        {122, "api_get_cqscan", {}, "*", "get=* look=null read=*+ empty=* endless=* socket=~ ioctl=~ memory=* json=~", quilt_device},
         {123, "create_ml_status_report", {}, "*", "get=~ read=~ empty=~ endless=~ json=~", mesh_device},
         {124, "create_ml_statistics_report", {}, "*",
             "get=~ read=~ empty=~ endless=~ json=~ memory=~", mesh_device, {"create_ml_statistics_report"}},
         {125, "api_apply_mesh_link_radio", {"1", "80", "44 48"}, "0",
-            "set=-1! get=~ commit=same run=same exit=same kill=same"},
+            "set=-1! commit=same run=same exit=same kill=same socket=same ioctl=same"},
         {126, "api_apply_mesh_link_vap",
             {"1", R"({"vap": 1, "acceptor": true, "connector": false, "ssid": "Mesh",
                       "key": "from tree to tree"})"}, "0", "set=-1!"},

@@ -28,7 +28,7 @@ const char* const enterprise_vap = R"([{
 std::vector<Case> vap_cases() {
     // clang-format off
     return {
-        {21, "api_apply_mac_filter_mode", {"0", "1", "2"}, "0", "set=-1!+"},
+        {21, "api_apply_mac_filter_mode", {"0", "1", "2"}, "0", "set=-1!"},
         {22, "api_apply_mac_auth_radius_server",
             {"0", "1", R"({"index": 1, "ip": "192.0.2.11", "key": "secret"})"}, "0", "set=-1!+"},
         {23, "api_apply_mac_auth_critical_mode", {"0", "1", "1"}, "0", "set=-1!+"},
@@ -55,14 +55,16 @@ std::vector<Case> vap_cases() {
         {66, "api_apply_cp_virt_ip", {"198.51.100.1"}, "0", "set=-1!"},
         {68, "api_apply_known_clients",
             {R"({"action": "white", "mac_list": ["02:11:22:33:44:55", "02:11:22:33:44:66"]})"}, "0",
-            "set=-1!", "uci add_list wireless.macaddrlist.maclist=02:00:00:00:00:99; uci commit wireless"},
+            "set=-1! set:uciDeleteValue=same",
+            "uci add_list wireless.macaddrlist.maclist=02:00:00:00:00:99; uci commit wireless"},
         {73, "api_apply_vap", {"1", enterprise_vap}, "0",
-            "set=-1! set:vlan_id=-2! set:band_steer=-3!"},
+            "set=-1! set:vlan_id=-2! set:band_steer=-3! "
+            "set:uciDeleteValue:wireless.wifi1vap2.key_holder_list=same get=-1!"},
         {108, "api_apply_wds",
             {R"([{"radio_intf": "wlan1", "wds_mode": "child", "ssid": "Link", "security": "wpa",
                   "wpa": {"key": "the yard is between us", "version": ["WPA2"],
                           "cipher": ["CCMP"], "mfp": true, "bcast_key_refresh_rate": 3600}}])"},
-            "0", "set=-1!"},
+            "0", "set=-1! get=same"},
         {131, "api_is_area_auth", {"0", "0"}, "0", ""},
     };
     // clang-format on

@@ -13,7 +13,7 @@ template <class... A>
 int hand_on(StoreUse use, const char* wrapper, const char* package, const char* key,
             A... arguments) {
     current = use;
-    current_key = package == nullptr ? "" : package;
+    current_key = std::string(wrapper) + ":" + (package == nullptr ? "" : package);
     current_key += key == nullptr ? "" : std::string(".") + key;
     const int result =
         reinterpret_cast<int (*)(A...)>(dlsym(vendor_library(), wrapper))(arguments...);

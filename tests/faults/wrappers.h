@@ -10,7 +10,7 @@ enum class StoreUse { none, get, set, commit, revert };
 
 StoreUse store_use();
 
-// What it is used on: "wireless.wifi0.channel", "wireless", "" for all packages.
+// By which wrapper, and on what: "uciSetValue:wireless.wifi0.channel"; "uciCommitValue:" for all.
 const std::string& store_key();
 
 } // namespace orlo::test
