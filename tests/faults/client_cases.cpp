@@ -33,7 +33,7 @@ std::vector<Case> client_cases() {
         {83, "api_get_assoc_client_detail", {}, "0", "socket=-1 send=-1"},
         {84, "api_get_assoc_client_statistics", {}, "0", ""},
         {85, "api_get_vap_ssid", {"0", "0"}, "\"Lobby 2.4 GHz\"", "get=null memory=null"},
-        {86, "api_get_vap_status", {"0", "0"}, "1", "read=0 empty=0 endless=0"},
+        {86, "api_get_vap_status", {"0", "0"}, "1", "read=0 empty=0 endless=same"},
         {87, "api_get_vap_statistics", {}, "0", "open=same", counters},
         {88, "api_get_wlan_bytes_tx", {}, "2000", "open=1000", counters},
         {89, "api_get_wlan_bytes_rx", {}, "2000", "open=1000", counters},

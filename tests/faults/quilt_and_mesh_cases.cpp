@@ -45,7 +45,7 @@ std::vector<Case> quilt_and_mesh_cases() {
         {120, "api_apply_channel_quilt", {quilt}, "0",
             "set=-1! set:cqscan=-1 set:arp_filter=-1 set:mac_auth=-1!+"},
         {121, "api_is_responser_present", {}, "1", "look=0", "mkdir -p /etc/init.d; : >/etc/init.d/responser"},
-        {122, "api_get_cqscan", {}, "*", "get=* look=null read=*+ empty=* endless=* socket=~ ioctl=~ memory=* json=~", quilt_device},
+        {122, "api_get_cqscan", {}, "*", "get=* look=null read=*+ empty=* endless=*+ socket=~ ioctl=~ memory=* json=~", quilt_device},
         {123, "create_ml_status_report", {}, "*", "get=~ read=~ empty=~ endless=~ json=~", mesh_device},
         {124, "create_ml_statistics_report", {}, "*",
             "get=~ read=~ empty=~ endless=~ json=~ memory=~", mesh_device, {"create_ml_statistics_report"}},
