@@ -10,6 +10,7 @@
 //                  of the log's error level tells so
 //     read=-1.     neither the log nor standard error tells so
 //     get=*        the answer is any but null
+//     read=command the answer is the text of the command
 //     run=~        what becomes of it differs from step to step; the tests of the operation tell
 //     set:ssid=-2  of those steps only in whose command, path or option the word stands
 //

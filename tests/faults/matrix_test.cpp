@@ -18,6 +18,14 @@ namespace {
 constexpr const char* foreign = "openflow.config.foreign";
 constexpr const char* foreign_value = "staged before";
 
+// A sanitizer makes each run a hundred times as long, and looks for other things: then every fifth
+// step of the store has to do, which is another one of the four steps of each use in turn.
+#ifdef __SANITIZE_ADDRESS__
+constexpr size_t stride = 5;
+#else
+constexpr size_t stride = 1;
+#endif
+
 std::string shown(const std::vector<Step>& steps, const Fault& fault) {
     int n = 0;
     for (const Step& step : steps) {
@@ -66,8 +74,9 @@ Trace edits(const Trace& trace) {
 class FaultMatrix : public AccessPoint, public testing::WithParamInterface<Case> {
 protected:
     FaultMatrix()
-        : wanted_(read_expectations(GetParam().failures)),
-          invocation_{GetParam().operation, GetParam().words, GetParam().before, foreign} {
+        : wanted_(read_expectations(GetParam().failures)), invocation_{GetParam().operation,
+                                                                       GetParam().words,
+                                                                       GetParam().before, foreign} {
         write_file("/long-line", std::string(1000000, '7'));
         const std::string script = std::string("set -e\nuci set '") + foreign + "=" +
                                    foreign_value + "'\n" + GetParam().setup + "\n";
@@ -89,11 +98,13 @@ protected:
         EXPECT_LE(seen.blocks, usual_.blocks) << "blocks of memory are left";
     }
 
-    void expect_answer(const std::string& kind, const Expectation& wanted,
-                       const Observation& seen) const {
+    void expect_answer(const std::string& kind, const std::string& command,
+                       const Expectation& wanted, const Observation& seen) const {
         const bool goes_on = wanted.answer == "same";
         if (wanted.answer == "*") {
             EXPECT_NE(seen.answer, "null");
+        } else if (wanted.answer == "command") {
+            EXPECT_EQ(seen.answer, "\"" + command + "\"");
         } else {
             EXPECT_EQ(seen.answer, goes_on ? usual_.answer : wanted.answer);
         }
@@ -135,12 +146,12 @@ protected:
         expect_sound(seen);
         const auto* wanted = find_expectation(wanted_, kind, step.what);
         ASSERT_NE(wanted, nullptr) << "no expectation: " << kind << ", answers " << seen.answer
-                                         << (seen.staged.empty() ? "!" : "");
+                                   << (seen.staged.empty() ? "!" : "");
         taken_.insert(wanted->first);
         if (wanted->second.varies) {
             return;
         }
-        expect_answer(kind, wanted->second, seen);
+        expect_answer(kind, step.what, wanted->second, seen);
         if (kind == "set") {
             expect_edits(wanted->second, seen);
         }
@@ -153,9 +164,10 @@ protected:
     // Discarding fails as well: the answer is the same.
     void try_reverts() {
         std::map<Call, int> counts;
-        for (const Step& step : reverting_.steps) {
+        for (size_t i = 0; i < reverting_.steps.size(); i++) {
+            const Step& step = reverting_.steps[i];
             const Fault second = {step.call, ++counts[step.call], Manner::fails};
-            if (step.use != StoreUse::revert) {
+            if (step.use != StoreUse::revert || i % stride != 0) {
                 continue;
             }
             SCOPED_TRACE(invocation_.operation +
@@ -188,8 +200,12 @@ TEST_P(FaultMatrix, Of) {
         EXPECT_EQ(usual_.answer, answer);
     }
     std::map<Call, int> counts;
-    for (const Step& step : usual_.steps) {
+    for (size_t i = 0; i < usual_.steps.size(); i++) {
+        const Step& step = usual_.steps[i];
         const int n = ++counts[step.call];
+        if (step.use != StoreUse::none && i % stride != 0) {
+            continue;
+        }
         for (const Manner manner : manners_of(step)) {
             try_fault(step, {step.call, n, manner});
         }
@@ -198,7 +214,8 @@ TEST_P(FaultMatrix, Of) {
     for (const auto& [kind, expectation] : wanted_) {
         // Compilers and sanitizers decide which memory the door sees.
         const bool is_memory = kind == "memory";
-        EXPECT_TRUE(is_memory || taken_.count(kind) == 1) << "no such step is taken: " << kind;
+        EXPECT_TRUE(stride > 1 || is_memory || taken_.count(kind) == 1)
+            << "no such step is taken: " << kind;
     }
     printf("%s: %d faults\n", invocation_.operation.c_str(), pairs_);
 }

@@ -10,7 +10,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <functional>
 #include <map>
+#include <memory>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -28,6 +30,7 @@ constexpr unsigned patience = 60; // seconds; nothing here sleeps
 
 constexpr const char* nothing = "/dev/null";
 constexpr const char* long_line = "/long-line";
+constexpr const char* outputs = "/outputs";
 
 struct Inside : AccessPoint {
     using AccessPoint::staged;
@@ -39,7 +42,7 @@ struct Inside : AccessPoint {
 // Strings, each with its end; numbers and lists as strings.
 class Parcel {
 public:
-    Parcel() = default; // to be filled
+    Parcel() = default;                                                             // to be filled
     explicit Parcel(std::string bytes) : bytes_(std::move(bytes)), filled_(true) {} // to be read
 
     const std::string& bytes() const { return bytes_; }
@@ -102,7 +105,7 @@ public:
         Door& door = Door::instance();
         door.on_call = [this](Call call, const char* what) { return on_call(call, what); };
         door.on_run = [this](const std::string& /*command*/) { return status(); };
-        door.on_read = [this](const std::string& /*command*/) { return output(); };
+        door.on_read = [this](const std::string& command) { return output(command); };
         // What waits for the network waits for a script, which may be the step that failed.
         door.on_sleep = [](int sleeps) {
             usleep(500);
@@ -149,16 +152,39 @@ private:
         return had_endless_ ? std::optional<int>(0) : std::nullopt;
     }
 
-    std::optional<std::string> output() {
+    std::optional<std::string> output(const std::string& command) {
         const std::optional<Manner> manner = std::exchange(manner_, std::nullopt);
         if (manner == Manner::empty) {
             return nothing;
         }
-        had_endless_ = had_endless_ || manner == Manner::endless;
-        return manner == Manner::endless ? std::optional<std::string>(long_line) : std::nullopt;
+        if (manner == Manner::endless) {
+            had_endless_ = true;
+            return long_line;
+        }
+        // Without what another command should have done this one may print something else.
+        return std::any_of(faults_.begin(), faults_.end(),
+                           [](const Fault& fault) { return fault.call == Call::system; })
+                   ? std::nullopt
+                   : std::optional<std::string>(known_output(command));
+    }
+
+    // Commands take most of the time, and the same one prints the same in every run.
+    std::string known_output(const std::string& command) {
+        const std::string key = command + " " + std::to_string(++times_[command]);
+        const std::string path = outputs + ("/" + std::to_string(std::hash<std::string>()(key)));
+        if (access(path.c_str(), F_OK) != 0) {
+            mkdir(outputs, 0755);
+            const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+            const std::unique_ptr<FILE, int (*)(FILE*)> file(fopen(path.c_str(), "we"), fclose);
+            for (int c = fgetc(pipe.get()); c != EOF; c = fgetc(pipe.get())) {
+                fputc(c, file.get());
+            }
+        }
+        return path;
     }
 
     const std::vector<Fault>& faults_;
+    std::map<std::string, int> times_;
     std::optional<Manner> manner_; // of the step that is being taken
     bool had_endless_ = false;
     std::map<Call, int> counts_;

@@ -9,7 +9,6 @@
 
 namespace orlo::test {
 
-
 // How a step fails.
 enum class Manner {
     fails,   // cannot be done: no memory, no process, not written

@@ -46,9 +46,12 @@ std::vector<Case> quilt_and_mesh_cases() {
             "set=-1! set:cqscan=-1 set:arp_filter=-1 set:mac_auth=-1!+"},
         {121, "api_is_responser_present", {}, "1", "look=0", "mkdir -p /etc/init.d; : >/etc/init.d/responser"},
         {122, "api_get_cqscan", {}, "*", "get=* look=null read=*+ empty=* endless=*+ socket=~ ioctl=~ memory=* json=~", quilt_device},
-        {123, "create_ml_status_report", {}, "*", "get=~ read=~ empty=~ endless=~ json=~", mesh_device},
+        {123, "create_ml_status_report", {}, "*", "get=~ read=~ empty=~ endless=~ json=~ read:path_to_root=null+ empty:path_to_root=null+ "
+            "read:list_sta=*+ read:print_mesh=null+ empty:print_mesh=null+", mesh_device},
         {124, "create_ml_statistics_report", {}, "*",
-            "get=~ read=~ empty=~ endless=~ json=~ memory=~", mesh_device, {"create_ml_statistics_report"}},
+            "get=~ read=~ empty=~ endless=~ json=~ memory=null+ read:ifconfig=null+ "
+            "empty:ifconfig=null+ read:all_sta=null+ empty:all_sta=* read:/proc/net/dev=null+ "
+            "empty:/proc/net/dev=* read:assoclist=*+ empty:assoclist=*", mesh_device, {"create_ml_statistics_report"}},
         {125, "api_apply_mesh_link_radio", {"1", "80", "44 48"}, "0",
             "set=-1! commit=same run=same exit=same kill=same socket=same ioctl=same"},
         {126, "api_apply_mesh_link_vap",

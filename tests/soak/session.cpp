@@ -21,8 +21,8 @@ struct Level {
 };
 
 const Level levels[] = {
-    {100, "Max"}, {90, "90"}, {80, "80"}, {75, "High"}, {70, "70"}, {60, "60"}, {50, "Middle"},
-    {40, "40"},   {30, "30"}, {25, "Low"}, {20, "20"},  {10, "10"}, {5, "5"},   {1, "Min"},
+    {100, "Max"}, {90, "90"}, {80, "80"},  {75, "High"}, {70, "70"}, {60, "60"}, {50, "Middle"},
+    {40, "40"},   {30, "30"}, {25, "Low"}, {20, "20"},   {10, "10"}, {5, "5"},   {1, "Min"},
 };
 
 const Level& level_at(int percent) {
@@ -179,12 +179,14 @@ Session::Words Session::radio_settings() {
 Session::Words Session::hardware() {
     const std::string radio = radio_number();
     const bool modern = flag();
-    const std::string mode = radio_ == 0 ? (modern ? "bg-n-ax" : "bg") : (modern ? "a-n-ac-ax" : "a");
+    const std::string mode =
+        radio_ == 0 ? (modern ? "bg-n-ax" : "bg") : (modern ? "a-n-ac-ax" : "a");
     const Width& width = widths[number(0, radio_ == 0 ? 0 : 2)];
-    const std::string list = one_of({channels_of_radio[radio_][0] + " " + channels_of_radio[radio_][2],
-                                     channels_of_radio[radio_][1] + " " + channels_of_radio[radio_][3]});
-    expected_.stage(radio_option("hwmode"), radio_ == 0 ? (modern ? "11axg" : "11bg")
-                                                        : (modern ? "11axa" : "11a"));
+    const std::string list =
+        one_of({channels_of_radio[radio_][0] + " " + channels_of_radio[radio_][2],
+                channels_of_radio[radio_][1] + " " + channels_of_radio[radio_][3]});
+    expected_.stage(radio_option("hwmode"),
+                    radio_ == 0 ? (modern ? "11axg" : "11bg") : (modern ? "11axa" : "11a"));
     allow_channels(list);
     expected_.stage(radio_option("htmode"), width.option);
     expected_.stage(radio_option("legacy_rates"), "6 9 12");

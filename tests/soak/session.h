@@ -4,8 +4,8 @@
 // Decided by the calls, and so expected: radios (state, channels, power, settings, mode), VAPs
 // (state, name, VLAN, open and personal security), quilt, mesh and WDS VAPs, access lists, time,
 // syslog, country, LEDs, reset button, OpenFlow, portal address, hashes. Of the other operations
-// (SNMP, captive portal, enterprise security...) a fixed call is made, whose effects their own tests
-// know.
+// (SNMP, captive portal, enterprise security...) a fixed call is made, whose effects their own
+// tests know.
 #pragma once
 
 #include "soak/expected_configuration.h"

@@ -35,10 +35,9 @@ void Session::personal_vap(int vap, int version, const std::string& key,
     expected_.stage(vap_option(vap, "security"), "wpa-psk");
     expected_.stage(vap_option(vap, "key"), key);
     expected_.stage(vap_option(vap, "wpakey"), key);
-    expected_.stage(vap_option(vap, "wpaversion"),
-                    version == 2   ? "wpa2"
-                    : version == 3 ? "wpa3"
-                                   : "wpa2mixed");
+    expected_.stage(vap_option(vap, "wpaversion"), version == 2   ? "wpa2"
+                                                   : version == 3 ? "wpa3"
+                                                                  : "wpa2mixed");
     expected_.stage(vap_option(vap, "encryption"), version == 3 ? "ccmp" : "psk2+ccmp");
     expected_.stage(vap_option(vap, "cipher"), "ccmp");
     expected_.stage(vap_option(vap, "sae"), has_sae ? "1" : "");
@@ -136,12 +135,23 @@ Session::Words Session::mesh_vap() {
         const char* option;
         std::string value;
     } options[] = {
-        {"disabled", "0"},        {"mode", "qx_mesh"},          {"ssid", "Mesh"},
-        {"connector", "1"},       {"acceptor", accepts ? "1" : "0"},
-        {"security", "wpa-psk"},  {"encryption", "psk2+ccmp"},  {"wpaversion", "wpa2"},
-        {"cipher", "ccmp"},       {"key", key},                 {"wpakey", key},
-        {"macfilter", "0"},       {"vlan_id", "1"},             {"hidden", "1"},
-        {"dtim_period", "1"},     {"wpa_group_rekey", "0"},     {"ieee80211w", "0"},
+        {"disabled", "0"},
+        {"mode", "qx_mesh"},
+        {"ssid", "Mesh"},
+        {"connector", "1"},
+        {"acceptor", accepts ? "1" : "0"},
+        {"security", "wpa-psk"},
+        {"encryption", "psk2+ccmp"},
+        {"wpaversion", "wpa2"},
+        {"cipher", "ccmp"},
+        {"key", key},
+        {"wpakey", key},
+        {"macfilter", "0"},
+        {"vlan_id", "1"},
+        {"hidden", "1"},
+        {"dtim_period", "1"},
+        {"wpa_group_rekey", "0"},
+        {"ieee80211w", "0"},
     };
     // Of an earlier security the SAE options stay; whether there was one is not known here.
     expected_.forget(vap_option(vap, "sae"));

@@ -17,7 +17,7 @@ namespace orlo::test {
 namespace {
 
 constexpr int warming_rounds = 2; // every buffer has its size, every file is there
-constexpr int short_rounds = 4;
+constexpr int short_rounds = 3;
 constexpr long allowed_growth = 1L << 20;
 
 int number_of(const char* variable, int otherwise) {
@@ -127,8 +127,8 @@ TEST_F(Soak, LeavesTheConfigurationAsExpectedAndTheProcessAsSmallAsBefore) {
     std::set<std::string> files;
     int rounds = 0;
     while (rounds < short_rounds || std::chrono::steady_clock::now() < end) {
-        ASSERT_NO_FATAL_FAILURE(run_round(session)) << "in round " << rounds + 1 << " of seed "
-                                                    << seed;
+        ASSERT_NO_FATAL_FAILURE(run_round(session))
+            << "in round " << rounds + 1 << " of seed " << seed;
         rounds++;
         now = health_now();
         files.insert(now.temporary_files.begin(), now.temporary_files.end());

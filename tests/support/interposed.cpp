@@ -68,7 +68,8 @@ int edit(Call call, const char* verb, bool with_value, Function* function, uci_c
          uci_ptr* found) {
     const std::string line = std::string(verb) + " " + path_of(*found) +
                              (with_value ? std::string("=") + found->value : std::string());
-    const int result = door().should_fail(call, line.c_str()) ? UCI_ERR_IO : function(context, found);
+    const int result =
+        door().should_fail(call, line.c_str()) ? UCI_ERR_IO : function(context, found);
     door().record(line + (result == UCI_OK ? "" : " (failed)"));
     return result;
 }
@@ -349,8 +350,9 @@ int uci_revert(uci_context* context, uci_ptr* found) {
         return REAL(uci_revert)(context, found);
     }
     const std::string path = path_of(*found);
-    const int result =
-        door().should_fail(Call::uci_revert, path.c_str()) ? UCI_ERR_IO : REAL(uci_revert)(context, found);
+    const int result = door().should_fail(Call::uci_revert, path.c_str())
+                           ? UCI_ERR_IO
+                           : REAL(uci_revert)(context, found);
     door().on_package("revert", path, result != UCI_OK);
     return result;
 }
