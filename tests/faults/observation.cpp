@@ -101,7 +101,7 @@ void exchange(Parcel& parcel, Observation& seen) {
 // Has the steps fail that shall, and lists all that are taken.
 class Watch {
 public:
-    explicit Watch(const std::vector<Fault>& faults) : faults_(faults) {
+    explicit Watch(std::vector<Fault> faults) : faults_(std::move(faults)) {
         Door& door = Door::instance();
         door.on_call = [this](Call call, const char* what) { return on_call(call, what); };
         door.on_run = [this](const std::string& /*command*/) { return status(); };
@@ -183,7 +183,7 @@ private:
         return path;
     }
 
-    const std::vector<Fault>& faults_;
+    const std::vector<Fault> faults_;
     std::map<std::string, int> times_;
     std::optional<Manner> manner_; // of the step that is being taken
     bool had_endless_ = false;
@@ -255,7 +255,10 @@ Observation run(const Invocation& invocation, const std::vector<Fault>& faults) 
     const orloctl::Operation& operation = orloctl::find_operation(invocation.operation);
     std::vector<orloctl::Argument> arguments =
         orloctl::read_arguments(operation, invocation.words, true);
-    call_before(invocation, ops);
+    {
+        const Watch undisturbed({});
+        call_before(invocation, ops);
+    }
     door.forget();
 
     Observation seen;

@@ -21,7 +21,7 @@ std::vector<Case> radio_cases() {
         {28, "api_profile_get_hash", {}, "\"0\"", "get=\"0\" memory=null"},
         {29, "api_set_profile_id", {"7"}, "0", ""},
         {30, "api_get_profile_id", {}, "-1", ""},
-        {31, "api_get_interface", {"ip"}, "\"192.168.1.20\"", "read=command. empty=command. endless=~ memory=null"},
+        {31, "api_get_interface", {"ip"}, "\"192.168.1.20\"", "read=command empty=command endless=~ memory=null"},
 
         {70, "api_apply_radio_status", {"0", "0"}, "0", "set=-1!"},
         {71, "api_apply_radio",
