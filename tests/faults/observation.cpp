@@ -104,7 +104,7 @@ public:
     explicit Watch(std::vector<Fault> faults) : faults_(std::move(faults)) {
         Door& door = Door::instance();
         door.on_call = [this](Call call, const char* what) { return on_call(call, what); };
-        door.on_run = [this](const std::string& /*command*/) { return status(); };
+        door.on_run = [this](const std::string& command) { return status(command); };
         door.on_read = [this](const std::string& command) { return output(command); };
         // What waits for the network waits for a script, which may be the step that failed.
         door.on_sleep = [](int sleeps) {
@@ -140,7 +140,7 @@ private:
         return manner_ == Manner::fails;
     }
 
-    std::optional<int> status() {
+    std::optional<int> status(const std::string& command) {
         const std::optional<Manner> manner = std::exchange(manner_, std::nullopt);
         if (manner == Manner::exits) {
             return 1 << 8;
@@ -149,7 +149,14 @@ private:
             return SIGKILL;
         }
         // An endless line may be taken for thousands of words, with a command for each.
-        return had_endless_ ? std::optional<int>(0) : std::nullopt;
+        if (had_endless_) {
+            return 0;
+        }
+        // What would go on in the background is waited for, or the library would check once or ten
+        // times whether it has ended.
+        return !command.empty() && command.back() == '&'
+                   ? std::optional<int>(system(command.substr(0, command.size() - 1).c_str()))
+                   : std::nullopt;
     }
 
     std::optional<std::string> output(const std::string& command) {
