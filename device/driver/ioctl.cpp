@@ -3,6 +3,7 @@
 // find before the C library's. Wireless-extension requests are answered from the state files while
 // their folder exists; everything else, and everything on a real device, goes to the kernel.
 #include "driver/answers.h"
+#include "driver/fault.h"
 #include "driver/observer.h"
 
 #include <cerrno>
@@ -19,6 +20,9 @@
 #include <linux/wireless.h>
 
 namespace orlo::device {
+
+int (*demanded_error)() = nullptr;
+
 namespace {
 
 struct ErrorName {
@@ -94,7 +98,10 @@ int request_wireless(int fd, unsigned long number, iwreq* request) {
         return static_cast<int>(syscall(SYS_ioctl, fd, number, request));
     }
     const int before = errno;
-    const int error = answer(fd, number, request);
+    int error = demanded_error == nullptr ? 0 : demanded_error();
+    if (error == 0) {
+        error = answer(fd, number, request);
+    }
     errno = error != 0 ? error : before;
     return error != 0 ? -1 : 0;
 }

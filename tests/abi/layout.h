@@ -40,7 +40,7 @@ struct orlo_member_of_64_bits {
                 #name " has another size");
 #define ORLO_FIELD(name, field, offset, offset_ilp32)                                              \
     ORLO_ASSERT(offsetof(struct name, field) == (offset_ilp32), #name "." #field " lies "          \
-                                                                                 "elsewhere");
+                                                                      "elsewhere");
 
 #endif
 

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "support/door.h"
 
+#include "driver/fault.h"
+
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <iterator>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,6 +19,11 @@ Door& Door::instance() {
     return door;
 }
 
+void Door::open() {
+    open_ = true;
+    device::demanded_error = [] { return instance().should_fail(Call::ioctl) ? EIO : 0; };
+}
+
 void Door::fail(Call call, int n) {
     calls_left_[static_cast<int>(call)] = n;
 }
@@ -23,15 +32,36 @@ void Door::fail_always(Call call) {
     always_fails_[static_cast<int>(call)] = true;
 }
 
-bool Door::should_fail(Call call) {
+bool Door::should_fail(Call call, const char* what) {
     int& left = calls_left_[static_cast<int>(call)];
     const bool reached = left == 1;
     left -= left > 0 ? 1 : 0;
-    return reached || always_fails_[static_cast<int>(call)];
+    return reached || always_fails_[static_cast<int>(call)] || (on_call && on_call(call, what));
 }
 
 bool Door::expects_failure(Call call) const {
     return calls_left_[static_cast<int>(call)] > 0 || always_fails_[static_cast<int>(call)];
+}
+
+bool Door::fails_memory() const {
+    return expects_failure(Call::calloc) || expects_failure(Call::realloc) ||
+           expects_failure(Call::strdup);
+}
+
+void* Door::allocated(void* memory) {
+    if (memory != nullptr && block_count_ < static_cast<int>(std::size(blocks_))) {
+        blocks_[block_count_++] = memory;
+    }
+    return memory;
+}
+
+void Door::released(const void* memory) {
+    for (int i = block_count_ - 1; i >= 0; i--) {
+        if (blocks_[i] == memory) {
+            blocks_[i] = blocks_[--block_count_];
+            return;
+        }
+    }
 }
 
 void Door::record(const std::string& line) {

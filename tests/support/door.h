@@ -33,12 +33,18 @@ using Trace = std::vector<std::string>;
 
 enum class Call {
     access,
+    calloc, // memory: not under a sanitizer, which has an allocator of its own
     fopen,
     fork,
+    g_file_test,
+    ioctl, // a request to the driver
+    json,  // memory of a JSON value, where a test has it asked for
+    open,
     popen,
-    realloc, // not under a sanitizer, which has an allocator of its own
+    realloc,
     sendto,
     socket,
+    strdup,
     system,
     uci_add_list,
     uci_alloc_context,
@@ -66,7 +72,7 @@ public:
     static Door& instance();
 
     // From now on calls are watched: what came before was the way into the access point.
-    void open() { open_ = true; }
+    void open();
     bool is_open() const { return open_; }
 
     // Makes the n-th call from now fail as the real one would; 1 is the next.
@@ -87,6 +93,13 @@ public:
     // Lets the library's next fopen open another file.
     void redirect(const std::string& path) { redirection_ = path; }
 
+    // Blocks of memory that the library has taken from the heap itself and nobody has released;
+    // counted while on_call is set, and not under a sanitizer.
+    int blocks_in_use() const { return block_count_; }
+
+    // Uses of the configuration store that have begun and not ended.
+    int contexts_in_use() const { return contexts_; }
+
     // Waits for the end of the child that the library forked last, which only the agent ever does.
     Child child() const;
 
@@ -98,6 +111,14 @@ public:
     // stands for the run.
     std::function<std::optional<int>(const std::string&)> on_run;
 
+    // Called with each command whose output the library is about to read; the file that it names
+    // stands for that output, and no command is run.
+    std::function<std::optional<std::string>(const std::string&)> on_read;
+
+    // Called at each call of the library that fail() knows, with what is asked of it (a command, a
+    // path, an option); makes it fail by saying so.
+    std::function<bool(Call, const char*)> on_call;
+
     // Whether the agent keeps debug lines.
     bool debug_enabled = true;
 
@@ -105,17 +126,26 @@ public:
     long now = 0;
 
     // For the functions behind the door.
-    bool should_fail(Call call);
+    bool should_fail(Call call, const char* what = "");
     bool expects_failure(Call call) const;
+    bool watches_memory() const { return on_call != nullptr || fails_memory(); }
+    void* allocated(void* memory);
+    void released(const void* memory);
     std::string take_redirection() { return std::exchange(redirection_, std::string()); }
     void record(const std::string& line);
     pid_t fork_with(pid_t (*real_fork)());
     void listed_packages();
     void on_package(const char* verb, const std::string& package, bool failed);
-    void released_context() { all_packages_ = false; }
+    void allocated_context() { contexts_++; }
+    void released_context() {
+        contexts_--;
+        all_packages_ = false;
+    }
     void slept(unsigned seconds);
 
 private:
+    bool fails_memory() const;
+
     static constexpr int call_count = static_cast<int>(Call::count);
 
     Trace lines_;
@@ -125,6 +155,9 @@ private:
     int calls_left_[call_count] = {}; // up to the one that fails; 0: none will
     bool always_fails_[call_count] = {};
     int sleeps_ = 0;
+    const void* blocks_[4096] = {}; // no container: it would itself take and release memory
+    int block_count_ = 0;
+    int contexts_ = 0;
     pid_t child_ = -1;
     int from_child_ = -1; // the parent's end of the pipe that the child's lines come through
     int to_parent_ = -1;  // the child's end

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <fcntl.h>
 #include <optional>
 #include <unistd.h>
 
@@ -39,7 +40,8 @@ int edit(Call call, const char* verb, bool with_value, Function* function, uci_c
          uci_ptr* found) {
     const std::string line = std::string(verb) + " " + path_of(*found) +
                              (with_value ? std::string("=") + found->value : std::string());
-    const int result = door().should_fail(call) ? UCI_ERR_IO : function(context, found);
+    const int result =
+        door().should_fail(call, line.c_str()) ? UCI_ERR_IO : function(context, found);
     door().record(line + (result == UCI_OK ? "" : " (failed)"));
     return result;
 }
@@ -93,13 +95,42 @@ time_t time(time_t* stored) {
 
 #ifndef __SANITIZE_ADDRESS__
 // Also called while the program is still being loaded, when nobody can tell yet who calls.
+#define MEMORY_FOR_LIBRARY (door().watches_memory() && CALLED_BY_LIBRARY)
+
 void* realloc(void* memory, size_t size) {
     static auto* const real_realloc = REAL(realloc);
-    if (door().expects_failure(Call::realloc) && CALLED_BY_LIBRARY &&
-        door().should_fail(Call::realloc)) {
+    if (!MEMORY_FOR_LIBRARY) {
+        return real_realloc(memory, size);
+    }
+    if (door().should_fail(Call::realloc)) {
         return nullptr;
     }
-    return real_realloc(memory, size);
+    door().released(memory);
+    return door().allocated(real_realloc(memory, size));
+}
+
+void* calloc(size_t count, size_t size) {
+    static auto* const real_calloc = REAL(calloc);
+    if (!MEMORY_FOR_LIBRARY) {
+        return real_calloc(count, size);
+    }
+    return door().should_fail(Call::calloc) ? nullptr : door().allocated(real_calloc(count, size));
+}
+
+char* strdup(const char* text) {
+    static auto* const real_strdup = REAL(strdup);
+    if (!MEMORY_FOR_LIBRARY) {
+        return real_strdup(text);
+    }
+    return door().should_fail(Call::strdup, text)
+               ? nullptr
+               : static_cast<char*>(door().allocated(real_strdup(text)));
+}
+
+void free(void* memory) {
+    static auto* const real_free = REAL(free);
+    door().released(memory);
+    real_free(memory);
 }
 #endif
 
@@ -107,7 +138,7 @@ int system(const char* command) {
     if (!CALLED_BY_LIBRARY) {
         return REAL(system)(command);
     }
-    if (door().should_fail(Call::system)) {
+    if (door().should_fail(Call::system, command)) {
         door().record(std::string("run ") + command + " (failed)");
         errno = EAGAIN;
         return -1;
@@ -121,20 +152,23 @@ FILE* popen(const char* command, const char* mode) {
     if (!CALLED_BY_LIBRARY) {
         return REAL(popen)(command, mode);
     }
-    if (door().should_fail(Call::popen)) {
+    if (door().should_fail(Call::popen, command)) {
         door().record(std::string("read ") + command + " (failed)");
         errno = EMFILE;
         return nullptr;
     }
     door().record(std::string("read ") + command);
-    return REAL(popen)(command, mode);
+    const std::optional<std::string> output =
+        door().on_read ? door().on_read(command) : std::nullopt;
+    // pclose() closes any stream.
+    return output ? REAL(fopen)(output->c_str(), mode) : REAL(popen)(command, mode);
 }
 
 FILE* fopen(const char* path, const char* mode) {
     if (!CALLED_BY_LIBRARY) {
         return REAL(fopen)(path, mode);
     }
-    if (door().should_fail(Call::fopen)) {
+    if (door().should_fail(Call::fopen, path)) {
         errno = EMFILE;
         return nullptr;
     }
@@ -143,18 +177,40 @@ FILE* fopen(const char* path, const char* mode) {
 }
 
 int access(const char* path, int mode) {
-    if (CALLED_BY_LIBRARY && door().should_fail(Call::access)) {
+    if (CALLED_BY_LIBRARY && door().should_fail(Call::access, path)) {
         errno = ENOENT;
         return -1;
     }
     return REAL(access)(path, mode);
 }
 
+int open(const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    if (CALLED_BY_LIBRARY && door().should_fail(Call::open, path)) {
+        errno = EMFILE;
+        return -1;
+    }
+    return REAL(open)(path, flags, mode);
+}
+
+int g_file_test(const char* path, int test) {
+    using Test = int(const char*, int);
+    if (CALLED_BY_LIBRARY && door().should_fail(Call::g_file_test, path)) {
+        return 0;
+    }
+    // Of the library's own dependencies, not of the program's.
+    void* const next = dlsym(orlo::test::vendor_library(), "g_file_test");
+    return reinterpret_cast<Test*>(next)(path, test);
+}
+
 int unlink(const char* path) {
     if (!CALLED_BY_LIBRARY) {
         return REAL(unlink)(path);
     }
-    const bool fails = door().should_fail(Call::unlink);
+    const bool fails = door().should_fail(Call::unlink, path);
     door().record(std::string("unlink ") + path + (fails ? " (failed)" : ""));
     if (fails) {
         errno = EACCES;
@@ -199,8 +255,14 @@ ssize_t sendto(int socket, const void* data, size_t size, int flags, const socka
 }
 
 uci_context* uci_alloc_context() {
-    const bool fails = CALLED_BY_LIBRARY && door().should_fail(Call::uci_alloc_context);
-    return fails ? nullptr : REAL(uci_alloc_context)();
+    if (!CALLED_BY_LIBRARY) {
+        return REAL(uci_alloc_context)();
+    }
+    if (door().should_fail(Call::uci_alloc_context)) {
+        return nullptr;
+    }
+    door().allocated_context();
+    return REAL(uci_alloc_context)();
 }
 
 void uci_free_context(uci_context* context) {
@@ -211,7 +273,7 @@ void uci_free_context(uci_context* context) {
 }
 
 int uci_lookup_ptr(uci_context* context, uci_ptr* found, char* text, bool extended) {
-    const bool fails = CALLED_BY_LIBRARY && door().should_fail(Call::uci_lookup_ptr);
+    const bool fails = CALLED_BY_LIBRARY && door().should_fail(Call::uci_lookup_ptr, text);
     return fails ? UCI_ERR_IO : REAL(uci_lookup_ptr)(context, found, text, extended);
 }
 
@@ -248,7 +310,7 @@ int uci_commit(uci_context* context, uci_package** package, bool overwrite) {
         return REAL(uci_commit)(context, package, overwrite);
     }
     const std::string name = (*package)->e.name + std::string(overwrite ? " (overwriting)" : "");
-    const int result = door().should_fail(Call::uci_commit)
+    const int result = door().should_fail(Call::uci_commit, name.c_str())
                            ? UCI_ERR_IO
                            : REAL(uci_commit)(context, package, overwrite);
     door().on_package("commit", name, result != UCI_OK);
@@ -260,8 +322,9 @@ int uci_revert(uci_context* context, uci_ptr* found) {
         return REAL(uci_revert)(context, found);
     }
     const std::string path = path_of(*found);
-    const int result =
-        door().should_fail(Call::uci_revert) ? UCI_ERR_IO : REAL(uci_revert)(context, found);
+    const int result = door().should_fail(Call::uci_revert, path.c_str())
+                           ? UCI_ERR_IO
+                           : REAL(uci_revert)(context, found);
     door().on_package("revert", path, result != UCI_OK);
     return result;
 }
