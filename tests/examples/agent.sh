@@ -22,6 +22,7 @@ radio 1: channel 44, power 75%, "Example" is up
 psk2+ccmp' \
     'example-agent && example-agent && uci get wireless.wifi1vap0.encryption'
 
+# shellcheck disable=SC2016  # the access point's own shell expands it
 expect 'leaves the stored network and lets the web interface in again when an operation fails' \
     'uciSetValue (67): Failed to set value: wireless.wifi1vap15.mode=ap
 agent: api_apply_vap: failed (-1)
