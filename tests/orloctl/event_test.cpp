@@ -31,6 +31,7 @@ Event message(int level, const std::string& text) {
 
 std::vector<std::string> shown(const std::vector<Event>& events) {
     std::vector<std::string> lines;
+    lines.reserve(events.size());
     for (const Event& event : events) {
         lines.push_back(event_name(event.kind) + std::string(" ") +
                         event_text(event, Secrets(false)));

@@ -9,7 +9,6 @@
 #include <map>
 #include <memory>
 
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
@@ -79,6 +78,9 @@ protected:
     }
 };
 
+const std::string office = EXAMPLES "/office.json";
+const std::string radio_profile_file = EXAMPLES "/radio-profile.json";
+
 const char* const radio_profile =
     R"(Tried on a copy of the sample configuration; nothing else was touched.
 
@@ -135,14 +137,14 @@ const char* const wrong_channel = R"({"profile": {"id": 3}, "radios": [
 } // namespace
 
 TEST_F(Preview, shows_operation_by_operation_what_a_description_would_do) {
-    const Ended ended = preview({EXAMPLES "/radio-profile.json"});
+    const Ended ended = preview({radio_profile_file});
     EXPECT_EQ(ended.status, 0);
     EXPECT_EQ(ended.out, radio_profile);
     EXPECT_EQ(ended.err, "");
 }
 
 TEST_F(Preview, is_the_same_where_only_chroot_is_possible) {
-    const Ended ended = preview({EXAMPLES "/radio-profile.json"}, "", {"ORLO_VIRTUAL_AP=chroot"});
+    const Ended ended = preview({radio_profile_file}, "", {"ORLO_VIRTUAL_AP=chroot"});
     if (ended.status == 2) {
         GTEST_SKIP() << ended.err;
     }
@@ -154,7 +156,7 @@ TEST_F(Preview, leaves_the_configuration_and_what_is_staged_on_the_machine_alone
     const auto before = content_of(backup.path());
     const auto staged_before = content_of("/tmp/.uci");
     const auto config_before = content_of("/etc/config");
-    const Ended ended = preview({EXAMPLES "/office.json", "--config", backup.path()});
+    const Ended ended = preview({office, "--config", backup.path()});
     EXPECT_EQ(ended.status, 0) << ended.err;
     EXPECT_THAT(ended.out, StartsWith("Tried on a copy of " + backup.path() + "; "));
     EXPECT_THAT(ended.out, HasSubstr("wireless.wifi1vap3.ssid: 'wlan1.3' -> 'Office Lab'\n"));
@@ -167,7 +169,7 @@ TEST_F(Preview, starts_from_the_configuration_that_is_named) {
     const Backup backup;
     backup.replace("wireless", "option txpower 'Max'", "option txpower 'High'");
     backup.replace("orloagent", "option profilehash '0'", "option profilehash 'other'");
-    const Ended ended = preview({EXAMPLES "/radio-profile.json", "--config", backup.path()});
+    const Ended ended = preview({radio_profile_file, "--config", backup.path()});
     EXPECT_THAT(ended.out, Not(HasSubstr("txpower")));
     EXPECT_THAT(ended.out, HasSubstr("orloagent.agent.profilehash: 'other' -> '4f1c0a6e5b"));
 }
@@ -319,8 +321,8 @@ TEST_F(Preview, as_json_tells_the_same) {
 }
 
 TEST_F(Preview, shows_keys_only_when_asked) {
-    const Ended masked = preview({EXAMPLES "/office.json"});
-    const Ended shown = preview({EXAMPLES "/office.json", "--show-keys"});
+    const Ended masked = preview({office});
+    const Ended shown = preview({office, "--show-keys"});
     for (const char* secret : {"second-radius-secret", "first-radius-secret"}) {
         EXPECT_THAT(masked.out, Not(HasSubstr(secret)));
     }
@@ -364,21 +366,21 @@ TEST_F(Preview, without_the_save_leaves_the_changes_staged) {
 TEST_F(Preview, refuses_what_cannot_be_previewed_in_a_sentence) {
     EXPECT_EQ(preview({}).err,
               "orloctl: 'orloctl preview' takes one FILE; \"-\" reads standard input\n");
-    EXPECT_EQ(preview({EXAMPLES "/office.json", "--config", "/nowhere"}).err,
+    EXPECT_EQ(preview({office, "--config", "/nowhere"}).err,
               "orloctl: cannot read the configuration in /nowhere: No such file or directory\n");
-    EXPECT_THAT(preview({EXAMPLES "/office.json", "--config", "/proc/self/task"}).err,
+    EXPECT_THAT(preview({office, "--config", "/proc/self/task"}).err,
                 StartsWith("orloctl: there is no configuration in /proc/self/task"));
     EXPECT_EQ(preview({"-"}, R"({"radios": [{"radio": 2}]})").err,
               "orloctl: radios[0].radio: 2 is not in 0..1\n");
-    const Ended wrong_form = preview({EXAMPLES "/office.json"}, "", {"ORLO_VIRTUAL_AP=jail"});
+    const Ended wrong_form = preview({office}, "", {"ORLO_VIRTUAL_AP=jail"});
     EXPECT_EQ(wrong_form.status, 2);
     EXPECT_EQ(wrong_form.err, "orloctl: cannot enter the virtual access point: ORLO_VIRTUAL_AP is "
                               "\"jail\", not \"namespaces\" or \"chroot\"\n");
 }
 
 TEST_F(Preview, where_nothing_is_possible_says_in_one_sentence_what_is_missing) {
-    const Ended ended = run_program(
-        {{WITHOUT_NAMESPACES, "--no-chroot", ORLOCTL, "preview", EXAMPLES "/office.json"}, "", {}});
+    const Ended ended =
+        run_program({{WITHOUT_NAMESPACES, "--no-chroot", ORLOCTL, "preview", office}, "", {}});
     EXPECT_EQ(ended.status, 2);
     EXPECT_EQ(ended.out, "");
     EXPECT_THAT(ended.err,
@@ -394,7 +396,7 @@ TEST_F(Preview, finds_the_root_of_the_access_point_where_it_is_installed) {
     fs::create_directories(prefix.path() + "/bin");
     fs::copy(ORLOCTL, program);
     const std::vector<std::string> words = {program, "preview", "--library", VENDOR_LIBRARY,
-                                            EXAMPLES "/radio-profile.json"};
+                                            radio_profile_file};
     const Ended missing = run_program({words, "", {}});
     EXPECT_EQ(missing.status, 2);
     EXPECT_EQ(missing.err,

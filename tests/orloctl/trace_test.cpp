@@ -8,7 +8,6 @@
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
-using testing::StartsWith;
 
 using Trace = OnTheAccessPoint;
 
