@@ -38,9 +38,8 @@ struct orlo_member_of_64_bits {
                                             ? (size_ilp32)                                         \
                                             : (size_ilp32_align4)),                                \
                 #name " has another size");
-#define ORLO_FIELD(name, field, offset, offset_ilp32)                                              \
-    ORLO_ASSERT(offsetof(struct name, field) == (offset_ilp32), #name "." #field " lies "          \
-                                                                      "elsewhere");
+#define ORLO_FIELD(name, field, offset, ilp32)                                                     \
+    ORLO_ASSERT(offsetof(struct name, field) == (ilp32), #name "." #field " lies elsewhere");
 
 #endif
 
