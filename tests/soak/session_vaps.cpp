@@ -41,6 +41,9 @@ void Session::personal_vap(int vap, int version, const std::string& key,
                                                                   : "wpa2mixed");
     expected_.stage(vap_option(vap, "encryption"), version == 3 ? "ccmp" : "psk2+ccmp");
     expected_.stage(vap_option(vap, "cipher"), "ccmp");
+    expected_.stage(vap_option(vap, "wpa_group_rekey"), "3600");
+    // Frame protection: WPA3 alone needs it, both together offer it, WPA2 is not asked for it here.
+    expected_.stage(vap_option(vap, "ieee80211w"), version == 2 ? "0" : version == 3 ? "2" : "1");
     expected_.stage(vap_option(vap, "sae"), has_sae ? "1" : "");
     expected_.stage(vap_option(vap, "sae_groups"), has_sae ? groups : "");
     expected_.stage(vap_option(vap, "sae_password"), has_sae ? key : "");
