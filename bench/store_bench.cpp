@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
+#include <malloc.h>
 #include <string>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -69,6 +70,18 @@ public:
         return done;
     }
 
+    // What a context takes that has read an option.
+    size_t memory_of_context() const {
+        std::string reference = "wireless.section7.option_20";
+        uci_ptr found;
+        const size_t before = memory_in_use();
+        uci_context* context = open();
+        uci_lookup_ptr(context, &found, reference.data(), true);
+        const size_t after = memory_in_use();
+        uci_free_context(context);
+        return after - before;
+    }
+
     // The staged changes as they were after making the store.
     void forget_last() const { static_cast<void>(!truncate(staged_file().c_str(), truncate_to_)); }
 
@@ -76,6 +89,11 @@ public:
     std::string staged_file() const { return staged_folder() + "/wireless"; }
 
 private:
+    static size_t memory_in_use() {
+        const struct mallinfo2 info = mallinfo2();
+        return info.uordblks + info.hblkhd;
+    }
+
     std::string config_folder() const { return root_ + "/config"; }
     std::string staged_folder() const { return root_ + "/staged"; }
 
@@ -161,9 +179,18 @@ BENCHMARK_CAPTURE(get_with_system_calls, clean, 0);
 BENCHMARK_CAPTURE(get, staged, 600);
 BENCHMARK_CAPTURE(get_with_system_calls, staged, 600);
 
+void print_memory(const char* what, int staged) {
+    constexpr size_t at_most = 200'000;
+    const size_t bytes = Store(staged).memory_of_context();
+    printf("%-58s %10zu bytes %26s %zu\n", what, bytes, bytes <= at_most ? "within" : "MISSES",
+           at_most);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    print_memory("store: memory of a context", 0);
+    print_memory("store: memory of a context, 600 changes staged", 600);
     return orlo::bench::compare(
         argc, argv,
         {{"store: set and save", "set_and_save/clean", "set_with_system_calls/clean", 3.0},

@@ -14,32 +14,46 @@ Arena::~Arena() {
     }
 }
 
+void* Arena::allocate_beyond(size_t size) {
+    if (size > kBlockSize / 2) {
+        return add_block(size); // of its own; what is left of the current one is still good
+    }
+    return grow(size) ? allocate(size) : nullptr;
+}
+
 bool Arena::reserve(size_t bytes) {
     return bytes <= static_cast<size_t>(end_ - next_) || grow(bytes);
 }
 
-char* Arena::copy(std::string_view text) {
-    auto* const memory = static_cast<char*>(allocate(text.size() + 1));
+char* Arena::copy(std::string_view text, size_t nuls) {
+    auto* const memory = static_cast<char*>(allocate(text.size() + nuls));
     if (memory) {
         memcpy(memory, text.data(), text.size());
-        memory[text.size()] = '\0';
+        memset(memory + text.size(), '\0', nuls);
     }
     return memory;
 }
 
 // What is left of the current block is given up.
 bool Arena::grow(size_t bytes) {
-    const size_t wanted = bytes > kBlockSize ? bytes : kBlockSize;
-    const size_t size = wanted + sizeof(Block);
-    auto* const block = static_cast<Block*>(size < wanted ? nullptr : malloc(size));
+    const size_t size = bytes > kBlockSize ? bytes : kBlockSize;
+    char* const memory = add_block(size);
+    if (memory) {
+        next_ = memory;
+        end_ = memory + size;
+    }
+    return memory != nullptr;
+}
+
+char* Arena::add_block(size_t bytes) {
+    const size_t size = bytes + sizeof(Block);
+    auto* const block = static_cast<Block*>(size < bytes ? nullptr : malloc(size));
     if (!block) {
-        return false;
+        return nullptr;
     }
     block->next = blocks_;
     blocks_ = block;
-    next_ = reinterpret_cast<char*>(block + 1);
-    end_ = next_ + wanted;
-    return true;
+    return reinterpret_cast<char*>(block + 1);
 }
 
 } // namespace uci

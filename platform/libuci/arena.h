@@ -23,8 +23,11 @@ public:
     /// Uninitialised memory for any type, nullptr when there is none.
     void* allocate(size_t bytes) {
         const size_t size = (bytes + kAlignment - 1) & ~(kAlignment - 1);
-        if (size < bytes || (size > static_cast<size_t>(end_ - next_) && !grow(size))) {
+        if (size < bytes) {
             return nullptr;
+        }
+        if (size > static_cast<size_t>(end_ - next_)) {
+            return allocate_beyond(size);
         }
         void* const memory = next_;
         next_ += size;
@@ -39,7 +42,7 @@ public:
     }
 
     /// A copy of a text, ended by NUL.
-    char* copy(std::string_view text);
+    char* copy(std::string_view text, size_t nuls = 1);
 
 private:
     struct Block {
@@ -57,9 +60,11 @@ public:
 
 private:
     static constexpr size_t kAlignment = 8;
-    static constexpr size_t kBlockSize = 8192;
+    static constexpr size_t kBlockSize = 4096;
 
+    void* allocate_beyond(size_t size);
     bool grow(size_t bytes);
+    char* add_block(size_t bytes);
 
     Block* blocks_ = nullptr;
     char* next_ = nullptr;

@@ -7,13 +7,55 @@
 #include "list.h"
 #include "load.h"
 #include "lookup.h"
-#include "replace.h"
+#include "replacement.h"
+#include "staging.h"
+#include "writer.h"
 
+#include <cstring>
 #include <fcntl.h>
 
 namespace uci {
 
 namespace {
+
+/// The new file under its temporary name, complete and on the disk.
+bool prepare(Replacement& fresh, const Package& package, mode_t mode, std::string_view text) {
+    const char* const slash = strrchr(package.path, '/');
+    const char* const name = slash ? slash + 1 : package.path;
+    const std::string_view directory =
+        slash ? std::string_view(package.path, static_cast<size_t>(slash - package.path)) : ".";
+    return fresh.create(directory, name) && fresh.write(text, mode & 07777);
+}
+
+/// Writes a package to its configuration file, all or nothing.
+/// @param config   the present file, locked exclusively
+/// @param staging  the staged changes that the package contains: emptied. Not open: there are none.
+/// @return UCI_ERR_IO, UCI_ERR_MEM; both files are as before then.
+int replace_config(const Package& package, const LockedFile& config, const LockedFile& staging,
+                   const Staged& staged) {
+    Buffer text;
+    write_package(text, package);
+    if (!text.ok()) {
+        return UCI_ERR_MEM;
+    }
+    // Both locks are kept until the end; so is that of the new file, which readers would otherwise
+    // find together with records that it contains already.
+    Replacement fresh;
+    struct stat info {};
+    if (!prepare(fresh, package, config.info.st_mode, text.text()) ||
+        fstat(fresh.file().fd(), &info) != 0) {
+        return UCI_ERR_IO;
+    }
+    const bool has_staging = staging.file.is_open();
+    if ((has_staging && !mark_committed(staging, staged, info)) || !fresh.publish(package.path)) {
+        if (has_staging) {
+            unmark(staging, staged);
+        }
+        return UCI_ERR_IO;
+    }
+    // The records may only go when the new file is there for good, even if the power fails.
+    return fresh.sync_name() && (!has_staging || empty_staging(staging)) ? UCI_OK : UCI_ERR_IO;
+}
 
 /// A package that was loaded by absolute path has no staging: it is written at once.
 int write_at_once(Package& package) {

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Listing the packages of the configuration directory.
 #include "arena.h"
-#include "files.h"
+#include "file.h"
 #include "model.h"
 #include "text.h"
 
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
+#include <sys/stat.h>
 
 namespace uci {
 

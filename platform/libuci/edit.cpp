@@ -218,9 +218,14 @@ int edit_rename(Package& package, uci_ptr& at, Change& /*change*/) {
         return UCI_ERR_NOTFOUND;
     }
     uci_element& element = at.option ? at.o->e : at.s->e;
-    const uci_element* const other = package.index.find(
-        at.option ? static_cast<const void*>(at.s) : static_cast<const uci_package*>(&package),
-        at.value);
+    const uci_element* other = nullptr;
+    if (at.option) {
+        const uci_option* const option = find_option(package, *at.s, at.value);
+        other = option ? &option->e : nullptr;
+    } else {
+        const uci_section* const section = find_section(package, at.value);
+        other = section ? &section->e : nullptr;
+    }
     if (other && other != &element) {
         return UCI_ERR_DUPLICATE; // two of a name would make the file unreadable
     }

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-// Open addressing with linear probing; removal closes the gap, so there are no tombstones.
 #include "index.h"
 
 #include <cstring>
@@ -8,13 +7,6 @@ namespace uci {
 
 namespace {
 
-const void* owner_of(const uci_element& element) {
-    if (element.type == UCI_TYPE_SECTION) {
-        return uci_to_section(&element)->package;
-    }
-    return uci_to_option(&element)->section;
-}
-
 template <typename Word>
 uint64_t load(const char* text) {
     Word word = 0;
@@ -22,85 +14,119 @@ uint64_t load(const char* text) {
     return word;
 }
 
-// Eight bytes at a step. The owner's address differs from run to run, which keeps colliding names
-// from being prepared.
-size_t hash(const void* owner, std::string_view name) {
-    constexpr uint64_t kFactor = 0x9e3779b97f4a7c15;
-    uint64_t h = reinterpret_cast<uintptr_t>(owner) ^ (static_cast<uint64_t>(name.size()) << 56);
-    const char* text = name.data();
-    size_t left = name.size();
-    for (; left >= 8; left -= 8, text += 8) {
-        h = (h ^ load<uint64_t>(text)) * kFactor;
-        h ^= h >> 32;
+/// The last bytes of a text, of which all but the last eight have been seen.
+uint64_t load_tail(std::string_view text) {
+    const size_t size = text.size();
+    const char* const end = text.data() + size;
+    if (size >= 8) {
+        return load<uint64_t>(end - 8);
     }
-    uint64_t tail = 0;
-    if (left & 4) {
-        tail = load<uint32_t>(text);
-        text += 4;
+    if (size >= 4) {
+        return load<uint32_t>(text.data()) << 32 | load<uint32_t>(end - 4);
     }
-    if (left & 2) {
-        tail = tail << 16 | load<uint16_t>(text);
-        text += 2;
-    }
-    if (left & 1) {
-        tail = tail << 8 | load<uint8_t>(text);
-    }
-    h = (h ^ tail) * kFactor;
-    return static_cast<size_t>(h ^ h >> 32);
+    return size == 0 ? 0
+                     : load<uint8_t>(text.data()) << 16 |
+                           load<uint8_t>(text.data() + size / 2) << 8 | load<uint8_t>(end - 1);
 }
 
-size_t hash(const uci_element& element) {
-    return hash(owner_of(element), element.name);
+const void* owner_of(const uci_element& element) {
+    if (element.type == UCI_TYPE_SECTION) {
+        return uci_to_section(&element)->package;
+    }
+    return uci_to_option(&element)->section;
+}
+
+uint64_t hash_for(const void* owner, std::string_view name) {
+    return hash(reinterpret_cast<uintptr_t>(owner), name);
+}
+
+uint64_t hash_of(const uci_element& element) {
+    return hash_for(owner_of(element), element.name);
+}
+
+uint8_t tag_of(uint64_t hash) {
+    return static_cast<uint8_t>(hash | 1);
 }
 
 bool is_called(const uci_element& element, const void* owner, std::string_view name) {
-    return owner_of(element) == owner && strcmp(element.name, name.data()) == 0;
+    return owner_of(element) == owner && strncmp(element.name, name.data(), name.size()) == 0 &&
+           element.name[name.size()] == '\0';
 }
 
 } // namespace
 
-bool Index::reserve(Arena& arena, size_t elements) {
-    size_t size = 64;
-    while (size / 4 * 3 < elements) {
-        size *= 2;
+uint64_t hash(uintptr_t seed, std::string_view name) {
+    constexpr uint64_t kFactor = 0x9e3779b97f4a7c15;
+    uint64_t h = seed ^ uint64_t { name.size() } << 56;
+    for (size_t i = 0; i + 8 < name.size(); i += 8) {
+        h = (h ^ load<uint64_t>(name.data() + i)) * kFactor;
+        h ^= h >> 32;
     }
-    const size_t bytes = size * sizeof(void*);
-    auto** const slots = static_cast<uci_element**>(arena.allocate(bytes));
-    if (!slots) {
+    h = (h ^ load_tail(name)) * kFactor;
+    return h ^ h >> 32;
+}
+
+// Which places a hash leads to depends on its upper half, the tag on the lowest byte.
+size_t Index::home(uint64_t hash) const {
+    return static_cast<size_t>((hash >> 32) * size_ >> 32);
+}
+
+bool Index::reserve(Arena& arena, size_t elements) {
+    const size_t limit = elements + elements / 32 + 16;
+    const size_t size = limit + limit / 7 + 1;
+    const size_t tags = size + kScanStep;
+    auto* const memory = static_cast<char*>(arena.allocate(size * sizeof(void*) + tags));
+    if (!memory) {
         return false;
     }
-    memset(slots, 0, bytes);
-    uci_element* const* const old = slots_;
-    const size_t old_size = old ? mask_ + 1 : 0;
-    slots_ = slots;
-    mask_ = size - 1;
-    limit_ = size / 4 * 3;
-    for (size_t i = 0; i < old_size; i++) {
-        if (old[i]) {
-            put(*old[i]);
+    const Index old = *this;
+    elements_ = reinterpret_cast<uci_element**>(memory);
+    tags_ = reinterpret_cast<uint8_t*>(elements_ + size);
+    memset(tags_, 0, tags);
+    size_ = size;
+    limit_ = limit;
+    for (size_t place = 0; place < old.size_; place++) {
+        if (old.tags_[place]) {
+            put(*old.elements_[place]);
         }
     }
     return true;
 }
 
-uci_element** Index::slot(const void* owner, std::string_view name) const {
-    size_t i = hash(owner, name) & mask_;
-    while (slots_[i] && !is_called(*slots_[i], owner, name)) {
-        i = (i + 1) & mask_;
+uci_element* Index::find(const void* owner, std::string_view name) const {
+    const uint64_t h = hash_for(owner, name);
+    const Bytes wanted = repeat(tag_of(h));
+    for (size_t start = home(h);; start = wrap(start + kScanStep)) {
+        const Bytes tags = load_bytes(tags_ + start);
+        const uint32_t free = bits_of(tags == 0);
+        uint32_t candidates = bits_of(tags == wanted) & ~(~0U << lowest(free | 1U << kScanStep));
+        for (; candidates; candidates = without_lowest(candidates)) {
+            uci_element& element = *elements_[wrap(start + lowest(candidates))];
+            if (is_called(element, owner, name)) {
+                return &element;
+            }
+        }
+        if (free) {
+            return nullptr;
+        }
     }
-    return &slots_[i];
 }
 
-uci_element* Index::find(const void* owner, std::string_view name) const {
-    return slots_ ? *slot(owner, name) : nullptr;
+void Index::set_tag(size_t place, uint8_t tag) {
+    tags_[place] = tag;
+    if (place < kScanStep) {
+        tags_[size_ + place] = tag;
+    }
 }
 
 void Index::put(uci_element& element) {
-    size_t i = hash(element) & mask_;
-    while (slots_[i]) {
-        i = (i + 1) & mask_;
+    const uint64_t h = hash_of(element);
+    size_t place = home(h);
+    while (tags_[place]) {
+        place = wrap(place + 1);
     }
-    slots_[i] = &element;
+    elements_[place] = &element;
+    set_tag(place, tag_of(h));
 }
 
 void Index::insert(uci_element& element) {
@@ -109,19 +135,19 @@ void Index::insert(uci_element& element) {
 }
 
 void Index::erase(const uci_element& element) {
-    size_t gap = hash(element) & mask_;
-    while (slots_[gap] != &element) {
-        gap = (gap + 1) & mask_;
+    size_t gap = home(hash_of(element));
+    while (elements_[gap] != &element) {
+        gap = wrap(gap + 1);
     }
     // Whatever was pushed past the gap moves back, unless that would put it before its own place.
-    for (size_t i = (gap + 1) & mask_; slots_[i]; i = (i + 1) & mask_) {
-        const size_t home = hash(*slots_[i]) & mask_;
-        if (((i - home) & mask_) >= ((i - gap) & mask_)) {
-            slots_[gap] = slots_[i];
+    for (size_t i = wrap(gap + 1); tags_[i]; i = wrap(i + 1)) {
+        if (distance(home(hash_of(*elements_[i])), i) >= distance(gap, i)) {
+            elements_[gap] = elements_[i];
+            set_tag(gap, tags_[i]);
             gap = i;
         }
     }
-    slots_[gap] = nullptr;
+    set_tag(gap, 0);
     used_--;
 }
 

@@ -2,7 +2,7 @@
 // Loading: a package is its configuration file with the staged changes applied to it.
 #pragma once
 
-#include "files.h"
+#include "locked_file.h"
 #include "model.h"
 #include "staging.h"
 

@@ -21,25 +21,27 @@ void raise(uci_ptr& ptr, LookupFlags flag) {
 
 /// The texts of a reference that was filled in by hand, perhaps with a package instead of a name.
 void take_given_texts(const uci_ptr& given, Reference& parts) {
-    const char* const package = given.package || !given.p ? given.package : given.p->e.name;
-    parts.package = const_cast<char*>(package);
-    parts.section = const_cast<char*>(given.section);
-    parts.option = const_cast<char*>(given.option);
+    const auto view = [](const char* text) {
+        return text ? std::string_view(text) : std::string_view();
+    };
+    parts.package = view(given.package || !given.p ? given.package : given.p->e.name);
+    parts.section = view(given.section);
+    parts.option = view(given.option);
     parts.value = const_cast<char*>(given.value);
-    parts.plain_section = given.section && is_name(given.section);
+    parts.plain_section = is_name(parts.section);
 }
 
 void fill(uci_ptr& ptr, const Reference& parts) {
     ptr = uci_ptr{};
-    ptr.target = parts.option    ? UCI_TYPE_OPTION
-                 : parts.section ? UCI_TYPE_SECTION
-                                 : UCI_TYPE_PACKAGE;
-    ptr.package = parts.package;
-    ptr.section = parts.section;
-    ptr.option = parts.option;
+    ptr.target = parts.has_option()    ? UCI_TYPE_OPTION
+                 : parts.has_section() ? UCI_TYPE_SECTION
+                                       : UCI_TYPE_PACKAGE;
+    ptr.package = parts.package.data();
+    ptr.section = parts.section.data();
+    ptr.option = parts.option.data();
     ptr.value = parts.value;
     raise(ptr, uci_ptr::UCI_LOOKUP_DONE);
-    if (parts.section && !parts.plain_section) {
+    if (parts.has_section() && !parts.plain_section) {
         raise(ptr, uci_ptr::UCI_LOOKUP_EXTENDED);
     }
 }
@@ -128,7 +130,7 @@ int look_up(uci_context* ctx, uci_ptr& ptr, char* text, bool extended) {
         ptr = uci_ptr{};
         return UCI_ERR_PARSE;
     }
-    if (!parts.package) {
+    if (!parts.package.data()) {
         return UCI_ERR_INVAL;
     }
     fill(ptr, parts);

@@ -41,6 +41,37 @@ uci_element* create_item(Package& package, char* text) {
     return item;
 }
 
+/// So many searches are done before making an index would have been faster.
+constexpr unsigned kSearchesWithoutIndex = 16;
+
+/// Without memory for it there is none.
+void make_index(Package& package) {
+    if (!package.index.reserve(package.arena, package.elements)) {
+        return;
+    }
+    for (uci_element& section : Elements(package.sections)) {
+        package.index.insert(section);
+        for (uci_element& option : Elements(uci_to_section(&section)->options)) {
+            package.index.insert(option);
+        }
+    }
+}
+
+uci_element* find(Package& package, const void* owner, uci_list& list, std::string_view name) {
+    if (!package.index.in_use() && package.searches++ >= kSearchesWithoutIndex) {
+        make_index(package);
+    }
+    if (package.index.in_use()) {
+        return package.index.find(owner, name);
+    }
+    for (uci_element& element : Elements(list)) {
+        if (name == element.name) {
+            return &element;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 Package* create_package(uci_context* ctx, std::string_view name, std::string_view path,
@@ -83,19 +114,22 @@ void install_package(uci_context* ctx, Package& package, Package* replaced) {
     destroy_package(replaced);
 }
 
-uci_section* find_section(const Package& package, std::string_view name) {
-    uci_element* const found = package.index.find(static_cast<const uci_package*>(&package), name);
+uci_section* find_section(Package& package, std::string_view name) {
+    uci_element* const found =
+        find(package, static_cast<const uci_package*>(&package), package.sections, name);
     return found ? uci_to_section(found) : nullptr;
 }
 
-uci_option* find_option(const Package& package, const uci_section& section, std::string_view name) {
-    uci_element* const found = package.index.find(&section, name);
+uci_option* find_option(Package& package, uci_section& section, std::string_view name) {
+    uci_element* const found = find(package, &section, section.options, name);
     return found ? uci_to_option(found) : nullptr;
 }
 
 uci_section* add_section(Package& package, char* type, char* name) {
-    auto* const section =
-        package.index.make_room(package.arena) ? package.arena.make<uci_section>() : nullptr;
+    if (package.index.in_use() && !package.index.make_room(package.arena)) {
+        return nullptr;
+    }
+    auto* const section = package.arena.make<uci_section>();
     if (!section) {
         return nullptr;
     }
@@ -111,28 +145,16 @@ uci_section* add_section(Package& package, char* type, char* name) {
     section->package = &package;
     list_init(section->options);
     list_append(package.sections, section->e.list);
-    package.index.insert(section->e);
+    package.elements++;
+    if (package.index.in_use()) {
+        package.index.insert(section->e);
+    }
     return section;
 }
 
 uci_option* obtain_option(Package& package, uci_section& section, std::string_view name) {
-    if (!package.index.make_room(package.arena)) {
-        return nullptr;
-    }
-    uci_element** const slot = package.index.slot(&section, name);
-    if (*slot) {
-        return uci_to_option(*slot);
-    }
-    auto* const option = package.arena.make<uci_option>();
-    if (!option) {
-        return nullptr;
-    }
-    option->e.type = UCI_TYPE_OPTION;
-    option->e.name = const_cast<char*>(name.data());
-    option->section = &section;
-    list_append(section.options, option->e.list);
-    package.index.fill(slot, option->e);
-    return option;
+    uci_option* const option = find_option(package, section, name);
+    return option ? option : add_option(package, section, name);
 }
 
 bool append_item(Package& package, uci_option& option, char* text) {
@@ -164,22 +186,30 @@ void set_string(uci_option& option, char* value) {
 }
 
 void remove_option(Package& package, uci_option& option) {
-    package.index.erase(option.e);
+    if (package.index.in_use()) {
+        package.index.erase(option.e);
+    }
     list_remove(option.e.list);
 }
 
 void remove_section(Package& package, uci_section& section) {
-    for (uci_element& option : Elements(section.options)) {
-        package.index.erase(option);
+    if (package.index.in_use()) {
+        for (uci_element& option : Elements(section.options)) {
+            package.index.erase(option);
+        }
+        package.index.erase(section.e);
     }
-    package.index.erase(section.e);
     list_remove(section.e.list);
 }
 
 void rename(Package& package, uci_element& element, char* name) {
-    package.index.erase(element);
+    if (package.index.in_use()) {
+        package.index.erase(element);
+    }
     element.name = name;
-    package.index.insert(element);
+    if (package.index.in_use()) {
+        package.index.insert(element);
+    }
 }
 
 void move_section(Package& package, uci_section& section, size_t position) {

@@ -6,6 +6,7 @@
 
 #include "arena.h"
 #include "index.h"
+#include "list.h"
 #include "uci.h"
 
 #include <cstddef>
@@ -23,6 +24,8 @@ struct Context : uci_context {
 
 struct Package : uci_package {
     Arena arena;
+    size_t elements = 0;   // sections and options that have been made
+    unsigned searches = 0; // before there was an index
     Index index;
 };
 
@@ -50,16 +53,36 @@ void destroy_package(Package* package);
 /// Puts a package into the context, in the place of an older one if there is such.
 void install_package(uci_context* ctx, Package& package, Package* replaced);
 
-uci_section* find_section(const Package& package, std::string_view name);
-uci_option* find_option(const Package& package, const uci_section& section, std::string_view name);
+uci_section* find_section(Package& package, std::string_view name);
+uci_option* find_option(Package& package, uci_section& section, std::string_view name);
 
 /// A new section, the last one. nullptr when out of memory; nothing is changed then.
 /// @param name  nullptr generates one for an anonymous section.
 uci_section* add_section(Package& package, char* type, char* name);
 
-/// The option of that name, or a new one, the last one, that has no value yet (a string of
-/// nullptr). nullptr when out of memory; nothing is changed then.
-/// @param name  ended by NUL
+/// A new option, the last one, that has no value yet (a string of nullptr). nullptr when out of
+/// memory; nothing is changed then.
+/// @param name  that no other option of the section has, ended by NUL
+inline uci_option* add_option(Package& package, uci_section& section, std::string_view name) {
+    if (package.index.in_use() && !package.index.make_room(package.arena)) {
+        return nullptr;
+    }
+    auto* const option = package.arena.make<uci_option>();
+    if (!option) {
+        return nullptr;
+    }
+    option->e.type = UCI_TYPE_OPTION;
+    option->e.name = const_cast<char*>(name.data());
+    option->section = &section;
+    list_append(section.options, option->e.list);
+    package.elements++;
+    if (package.index.in_use()) {
+        package.index.insert(option->e);
+    }
+    return option;
+}
+
+/// The option of that name, a new one if there is none yet.
 uci_option* obtain_option(Package& package, uci_section& section, std::string_view name);
 
 /// Appends to an option, which becomes a list if it is none. False when out of memory; nothing is

@@ -20,8 +20,11 @@ struct ParseError {
     size_t offset = 0; // of the command
 };
 
+/// The bytes of a text that make one section or option, on average and rather too few.
+constexpr size_t kBytesPerElement = 28;
+
 /// Adds what a text says to an empty package. The text lies in the package's arena, is followed by
-/// a NUL byte and becomes the names and values.
+/// kPadding NUL bytes and becomes the names and values.
 /// @return UCI_OK, UCI_ERR_PARSE or UCI_ERR_MEM
 [[nodiscard]] int parse_package(Package& package, char* text, size_t size, ParseError& error);
 

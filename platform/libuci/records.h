@@ -12,7 +12,7 @@
 #pragma once
 
 #include "buffer.h"
-#include "files.h"
+#include "locked_file.h"
 #include "reference.h"
 #include "uci.h"
 #include "words.h"
@@ -33,9 +33,15 @@ enum class RecordKind {
 /// Reads the records of a text, which is changed and becomes the names and values.
 class RecordReader {
 public:
-    explicit RecordReader(const Text& text) : words_(text.data, text.size) {}
+    /// @param begin  of the first record to be read
+    explicit RecordReader(const Text& text, size_t begin = 0) : words_(text.data, text.size) {
+        words_.go_to(text.data + begin);
+    }
 
     RecordKind next(Record& record);
+
+    /// Where the last record ended.
+    [[nodiscard]] size_t end() const { return words_.offset(); }
 
     /// Where the last record began.
     [[nodiscard]] size_t offset() const { return offset_; }
@@ -44,6 +50,8 @@ public:
     [[nodiscard]] bool open_quotes() const { return open_quotes_; }
 
 private:
+    bool take_written(Record& record);
+
     Words words_;
     size_t offset_ = 0;
     bool open_quotes_ = false;

@@ -13,7 +13,7 @@ constexpr size_t kMostParts = 3; // package, section, option
 
 bool split_reference(char* text, size_t size, Reference& parts) {
     char* const end = text + size;
-    char* names[kMostParts] = {};
+    std::string_view names[kMostParts];
     unsigned classes[kMostParts] = {}; // that all characters of the name are of
     size_t count = 0;
     for (char* c = text;; c++) {
@@ -25,7 +25,7 @@ bool split_reference(char* text, size_t size, Reference& parts) {
         if (count == kMostParts) {
             return false;
         }
-        names[count] = name;
+        names[count] = {name, static_cast<size_t>(c - name)};
         classes[count++] = c == name ? 0 : common;
         const char separator = *c;
         *c = '\0';
@@ -42,7 +42,7 @@ bool split_reference(char* text, size_t size, Reference& parts) {
     parts.section = names[1];
     parts.option = names[2];
     parts.plain_section = (classes[1] & kName) != 0;
-    return (classes[0] & kGraph) && (!parts.option || (classes[2] & kName)) &&
+    return (classes[0] & kGraph) && (!parts.has_option() || (classes[2] & kName)) &&
            (!parts.value || is_value({parts.value, static_cast<size_t>(end - parts.value)}));
 }
 

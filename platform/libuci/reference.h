@@ -3,16 +3,20 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 namespace uci {
 
-/// The parts of a reference; those that are absent are nullptr.
+/// The parts of a reference, each ended by NUL; those that are absent have no data.
 struct Reference {
-    char* package = nullptr;
-    char* section = nullptr;
-    char* option = nullptr;
+    std::string_view package;
+    std::string_view section;
+    std::string_view option;
     char* value = nullptr;
     bool plain_section = false; // the section is a name, not something like @type[index]
+
+    [[nodiscard]] bool has_section() const { return section.data() != nullptr; }
+    [[nodiscard]] bool has_option() const { return option.data() != nullptr; }
 };
 
 /// Takes a text apart in place. False when it is malformed; any text does for a section.

@@ -2,10 +2,11 @@
 #include "staging.h"
 
 #include "list.h"
+#include "marks.h"
 #include "records.h"
+#include "replacement.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
@@ -13,23 +14,6 @@
 namespace uci {
 
 namespace {
-
-constexpr const char* kMarkPackage = "!commit";
-
-/// What a mark says of a configuration file, in the form of a section's name.
-struct Identity {
-    explicit Identity(const struct stat& config) {
-        snprintf(text, sizeof(text), "%llu_%llu_%lu",
-                 static_cast<unsigned long long>(config.st_ino),
-                 static_cast<unsigned long long>(config.st_mtim.tv_sec),
-                 static_cast<unsigned long>(config.st_mtim.tv_nsec));
-    }
-    char text[64];
-};
-
-bool is_mark(const Record& record) {
-    return strcmp(record.to.package, kMarkPackage) == 0;
-}
 
 const EditStep kSteps[] = {
     edit_set,      // UCI_CMD_ADD
@@ -42,47 +26,53 @@ const EditStep kSteps[] = {
 };
 static_assert(sizeof(kSteps) / sizeof(kSteps[0]) == __UCI_CMD_MAX);
 
-int apply(Package& package, const uci_delta& record) {
+int apply(Package& package, const Record& record) {
     uci_ptr at{};
     at.p = &package;
-    at.section = record.section;
-    at.option = record.e.name;
-    at.value = record.value;
-    at.s = find_section(package, at.section);
-    at.o = at.s && at.option ? find_option(package, *at.s, at.option) : nullptr;
+    at.section = record.to.section.data();
+    at.option = record.to.option.data();
+    at.value = record.to.value;
+    at.s = find_section(package, record.to.section);
+    at.o = at.s && at.option ? find_option(package, *at.s, record.to.option) : nullptr;
     Change change;
-    const int code = kSteps[record.cmd](package, at, change);
-    if (code == UCI_OK && record.cmd == UCI_CMD_ADD && at.s) {
+    const int code = kSteps[record.command](package, at, change);
+    if (code == UCI_OK && record.command == UCI_CMD_ADD && at.s) {
         at.s->anonymous = true;
     }
     // An index that is no number removes nothing, but has always counted as applied.
-    return record.cmd == UCI_CMD_REMOVE && code == UCI_ERR_MEM ? UCI_OK : code;
+    return record.command == UCI_CMD_REMOVE && code == UCI_ERR_MEM ? UCI_OK : code;
 }
 
-uci_delta* create_delta(Package& package, const Record& record) {
-    auto* const delta = package.arena.make<uci_delta>();
-    if (delta) {
-        delta->e.type = UCI_TYPE_DELTA;
-        delta->e.name = record.to.option;
-        delta->cmd = record.command;
-        delta->section = record.to.section;
-        delta->value = record.to.value;
+/// Keeps the record for those who want to know what is staged.
+bool list_record(Package& package, const Record& record) {
+    if (!(package.ctx->flags & UCI_FLAG_SAVED_DELTA)) {
+        return true;
     }
-    return delta;
+    auto* const delta = package.arena.make<uci_delta>();
+    if (!delta) {
+        return false;
+    }
+    delta->e.type = UCI_TYPE_DELTA;
+    delta->e.name = const_cast<char*>(record.to.option.data());
+    delta->cmd = record.command;
+    delta->section = const_cast<char*>(record.to.section.data());
+    delta->value = record.to.value;
+    list_append(package.saved_delta, delta->e.list);
+    return true;
 }
 
-/// One file of records and what has been found in it.
+/// What has been found in a file of records.
 struct Reading {
-    uci_list records;       // struct uci_delta
     bool committed = false; // the file ends with a mark, and everything in it is done
     Staged staged;
 };
 
-int read_records(Package& package, const Text& text, const Identity& config, Reading& reading) {
-    RecordReader reader(text);
+/// Applies the records that are still to be done.
+int apply_records(Package& package, const Text& text, size_t done, Reading& reading) {
+    RecordReader reader(text, done);
     Record record;
+    reading.committed = done > 0;
     reading.staged.readable = text.size;
-    reading.staged.line_open = text.size > 0 && text.data[text.size - 1] != '\n';
     for (;;) {
         const RecordKind kind = reader.next(record);
         if (kind == RecordKind::kEnd) {
@@ -92,60 +82,43 @@ int read_records(Package& package, const Text& text, const Identity& config, Rea
             reading.staged.readable = reader.offset();
             reading.staged.line_open = false;
         }
-        if (kind == RecordKind::kUnreadable) {
+        if (kind == RecordKind::kUnreadable || record.to.package != package.e.name) {
             continue;
         }
-        if (strcmp(record.to.package, package.e.name) != 0) {
-            if (is_mark(record) && strcmp(record.to.section, config.text) == 0) {
-                list_init(reading.records);
-                reading.committed = true;
-            }
-            continue;
-        }
-        uci_delta* const delta = create_delta(package, record);
-        if (!delta) {
+        reading.committed = false;
+        const int code = apply(package, record);
+        if (code == UCI_ERR_MEM || !list_record(package, record)) {
             return UCI_ERR_MEM;
         }
-        list_append(reading.records, delta->e.list);
-        reading.committed = false;
-    }
-}
-
-/// Applies the records and moves them to the list of staged changes.
-int apply_records(Package& package, Reading& reading) {
-    uci_element* element = nullptr;
-    uci_element* next = nullptr;
-    uci_foreach_element_safe(&reading.records, next, element) {
-        const int code = apply(package, *uci_to_delta(element));
-        if (code == UCI_ERR_MEM) {
-            return code;
-        }
         reading.staged.applied += code == UCI_OK ? 1 : 0;
-        if (package.ctx->flags & UCI_FLAG_SAVED_DELTA) {
-            list_append(package.saved_delta, element->list);
-        }
     }
-    return UCI_OK;
 }
 
 int read_file(Package& package, const LockedFile& file, const struct stat& config,
               Reading& reading) {
-    Text text;
-    list_init(reading.records);
     if (file.info.st_size == 0) {
         return UCI_OK;
     }
+    Text text;
+    size_t done = 0;
     int code = read_text(file, package.arena, text);
     if (code == UCI_OK) {
-        code = read_records(package, text, Identity(config), reading);
+        reading.staged.line_open = text.size > 0 && text.data[text.size - 1] != '\n';
+        code = find_done(text, config, done);
     }
-    return code == UCI_OK ? apply_records(package, reading) : code;
+    return code == UCI_OK ? apply_records(package, text, done, reading) : code;
 }
 
 int read_directory(Package& package, const char* directory, const struct stat& config,
                    Reading& reading, struct stat& as_read) {
-    LockedFile file;
+    // Mostly there is nothing, which is found out without opening the file. Nobody commits
+    // meanwhile: the configuration file is locked.
     const Path path(directory, package.e.name);
+    struct stat info {};
+    if (stat(path.c_str(), &info) != 0 || info.st_size == 0) {
+        return UCI_OK;
+    }
+    LockedFile file;
     if (open_locked(path.c_str(), O_RDONLY, 0, LOCK_SH, file) != UCI_OK) {
         return UCI_OK; // whatever the reason: nothing is staged
     }
@@ -219,8 +192,8 @@ bool append(const LockedFile& staging, size_t size, std::string_view text) {
 }
 
 bool concerns(const Record& record, const char* section, const char* option) {
-    return !section || (strcmp(record.to.section, section) == 0 &&
-                        (!option || (record.to.option && strcmp(record.to.option, option) == 0)));
+    return !section || (record.to.section == section &&
+                        (!option || (record.to.has_option() && record.to.option == option)));
 }
 
 /// The records that stay. False when the text contains something else, or memory ran out.
@@ -232,7 +205,7 @@ bool filter(const Text& text, const char* package, const char* section, const ch
     for (; kind == RecordKind::kRecord; kind = reader.next(record)) {
         if (!concerns(record, section, option)) {
             write_record(kept, record.command, is_mark(record) ? kMarkPackage : package,
-                         record.to.section, record.to.option, record.to.value);
+                         record.to.section.data(), record.to.option.data(), record.to.value);
         }
     }
     return kind == RecordKind::kEnd && kept.ok();
@@ -334,7 +307,7 @@ bool mark_committed(const LockedFile& staging, const Staged& staged, const struc
     // Within open quotes or on an open line the mark would not be a record of its own.
     Buffer line;
     line << (staged.line_open ? "\n" : "");
-    write_record(line, UCI_CMD_REMOVE, kMarkPackage, Identity(config).text, nullptr, nullptr);
+    write_mark(line, config);
     const bool closed = staged.readable == static_cast<size_t>(staging.info.st_size) ||
                         cut(staging, staged.readable);
     return line.ok() && closed && append(staging, staged.readable, line.text()) &&

@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The save directory: per package a file of records (records.h), the changes that are staged.
 //
-// Saving appends, committing empties the file, reverting replaces it by one with fewer records.
-// A commit changes two files, the configuration file and this one, and may be killed in between.
-// Records must then neither be lost nor be applied twice (a list would get elements twice). So
-// before the new configuration file takes its place, a mark is appended here that names it by its
-// inode and time. To every reader the records above a mark are done when the configuration file is
-// the one named, and still to be done otherwise. The mark is a record about a package that cannot
-// be this one, which readers that know nothing of marks skip.
+// Loading applies the records to what the configuration file says. Saving appends records,
+// committing empties the file when the configuration file holds them all, reverting replaces it by
+// one with fewer records. A commit that is killed leaves marks behind (marks.h).
 #pragma once
 
 #include "edit.h"
-#include "files.h"
+#include "locked_file.h"
 #include "model.h"
 
 namespace uci {

@@ -10,6 +10,7 @@
 // out of the text in place: they are never longer than what they were written as.
 #pragma once
 
+#include "scan.h"
 #include "text.h"
 
 #include <cstddef>
@@ -39,7 +40,7 @@ enum class WordKind {
 
 class Words {
 public:
-    /// @param text  is followed by a NUL byte and is changed.
+    /// @param text  is followed by kPadding NUL bytes and is changed.
     Words(char* text, size_t size) : begin_(text), pos_(text), end_(text + size) {}
 
     /// Goes to the first word of the next line that has one. False at the end of the text.
@@ -57,6 +58,38 @@ public:
         return true;
     }
 
+    /// Takes a whole line that reads "KEYWORD NAME 'VALUE'", as the store itself writes its lines.
+    /// False, and nothing is taken, when the line is written in any other way.
+    /// @param beginning  of the line: the keyword and the white space around it
+    bool take_written(std::string_view beginning, Word& name, Word& value) {
+        char* const text = pos_ + beginning.size();
+        if (static_cast<size_t>(end_ - pos_) < beginning.size() ||
+            memcmp(pos_, beginning.data(), beginning.size()) != 0) {
+            return false;
+        }
+        // Two quotes are all that may stand out, up to the line end. Looking for them in one step,
+        // and at the name apart from that, lets the processor begin with the next line early.
+        const uint32_t quotes = stops_in(text) | stops_in(text + kScanStep) << kScanStep;
+        const uint32_t closing = without_lowest(quotes);
+        if (!closing) {
+            return false;
+        }
+        char* const opening = text + lowest(quotes);
+        char* const value_end = text + lowest(closing);
+        const size_t name_size = lowest(quotes) - 1;
+        if (lowest(quotes) < 2 || name_size > kScanStep || opening[-1] != ' ' || *opening != '\'' ||
+            *value_end != '\'' || value_end[1] != '\n' ||
+            (names_in(text) | ~0U << name_size) != ~0U) {
+            return false;
+        }
+        opening[-1] = '\0';
+        *value_end = '\0';
+        name = {text, name_size, kName};
+        value = {opening + 1, static_cast<size_t>(value_end - opening) - 1, 0};
+        pos_ = value_end + 2;
+        return true;
+    }
+
     /// The next word of the line. Anything but kWord leaves an empty word.
     WordKind next(Word& word);
 
@@ -66,6 +99,12 @@ public:
     /// For texts of one word per line: nothing but the line end followed the last word. Goes to
     /// the next line in any case.
     bool finish_line();
+
+    /// What has not been read.
+    [[nodiscard]] char* rest() const { return pos_; }
+
+    /// Goes on elsewhere, at the beginning of a line.
+    void go_to(char* line) { pos_ = line; }
 
     [[nodiscard]] bool at_end() const { return pos_ == end_; }
 

@@ -12,12 +12,14 @@
 
 namespace fs = std::filesystem;
 
-Sandbox::Sandbox() {
+// Commits wait for the disk, which a file system in memory makes quick.
+Sandbox::Sandbox()
+    : Sandbox(access("/dev/shm", W_OK | X_OK) == 0 ? fs::path("/dev/shm")
+                                                   : fs::temp_directory_path()) {}
+
+Sandbox::Sandbox(const std::string& parent) {
     umask(022);
-    // Commits wait for the disk, which a file system in memory makes quick.
-    const bool memory = access("/dev/shm", W_OK | X_OK) == 0;
-    std::string name =
-        (memory ? fs::path("/dev/shm") : fs::temp_directory_path()) / "uci-test-XXXXXX";
+    std::string name = parent + "/uci-test-XXXXXX";
     if (!mkdtemp(name.data())) {
         throw std::runtime_error("no temporary directory");
     }
@@ -33,6 +35,7 @@ Sandbox::Sandbox() {
 Sandbox::~Sandbox() {
     std::error_code ignored;
     fs::permissions(config, fs::perms::owner_all, ignored);
+    fs::permissions(staged, fs::perms::owner_all, ignored);
     fs::remove_all(root, ignored);
 }
 
@@ -70,6 +73,11 @@ bool exists(const std::string& path) {
 mode_t mode_of(const std::string& path) {
     struct stat info {};
     return stat(path.c_str(), &info) == 0 ? info.st_mode & 07777U : 0;
+}
+
+dev_t device_of(const std::string& path) {
+    struct stat info {};
+    return stat(path.c_str(), &info) == 0 ? info.st_dev : 0;
 }
 
 std::map<std::string, std::string> files_of(const std::string& directory) {

@@ -17,6 +17,7 @@ using ContextPtr = std::unique_ptr<uci_context, ContextDeleter>;
 class Sandbox {
 public:
     Sandbox();
+    explicit Sandbox(const std::string& parent);
     Sandbox(const Sandbox&) = delete;
     Sandbox& operator=(const Sandbox&) = delete;
     ~Sandbox();
@@ -34,6 +35,7 @@ void write_file(const std::string& path, const std::string& text, mode_t mode = 
 std::string read_file(const std::string& path);
 bool exists(const std::string& path);
 mode_t mode_of(const std::string& path);
+dev_t device_of(const std::string& path);
 
 /// Names and texts of all files of a directory, also hidden ones; empty when there is none.
 std::map<std::string, std::string> files_of(const std::string& directory);

@@ -226,16 +226,6 @@ TEST_F(Store, accepts_files_at_the_edge_of_the_grammar) {
     }
 }
 
-TEST_F(Store, never_overwrites_a_file_that_it_cannot_read) {
-    ASSERT_EQ(change(sandbox_, uci_set, "p.b.x=2"), UCI_OK);
-    write_file(sandbox_.config + "/p", "broken\n");
-    EXPECT_EQ(commit(sandbox_, "p"), UCI_ERR_PARSE);
-    EXPECT_EQ(revert(sandbox_, "p"), UCI_ERR_PARSE);
-    EXPECT_EQ(change(sandbox_, uci_set, "p.b.x=3"), UCI_ERR_PARSE);
-    EXPECT_EQ(read_file(sandbox_.config + "/p"), "broken\n");
-    EXPECT_EQ(read_file(sandbox_.staged + "/p"), "p.b.x='2'\n");
-}
-
 TEST_F(Store, does_not_rename_onto_a_neighbour) {
     fs::create_directories(sandbox_.staged);
     write_file(sandbox_.config + "/p", "config a b\n\toption x 1\n\toption y 2\nconfig a c\n");
