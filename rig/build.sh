@@ -11,8 +11,8 @@ build=$(cd "$1" && pwd)
 out=$build/rig
 log=$out/build.log
 
-# What the machine runs, unpacked and never installed. Its libraries are those that the programs ask
-# for, which complete_libraries checks.
+# What the machine runs, unpacked and never installed. Of its libraries those are taken that
+# the programs need.
 guest_packages='busybox-static dash hostapd wpasupplicant iw wireless-tools iproute2 wireless-regdb
     libc6 libgcc-s1 libstdc++6 libjansson4 libglib2.0-0 libpcre2-8-0 libssl3 libnl-3-200
     libnl-genl-3-200 libnl-route-3-200 libdbus-1-3 libsystemd0 libcap2 libgcrypt20 libgpg-error0
@@ -131,20 +131,21 @@ build_driver() {
     strip --strip-debug -o "$out/wdev.ko" "$out/driver/wdev.ko"
 }
 
-# complete_libraries ROOT FILE...: every library that the files need must be in the root.
-complete_libraries() {
+# Copies the libraries that the files need, and those that these need.
+install_libraries() { # ROOT FILE...
     root=$1
     shift
-    for file in "$@"; do
-        objdump -p "$file" 2>/dev/null | awk -v file="$file" '$1 == "NEEDED" { print $2, file }'
-    done | sort -u | while read -r name file; do
-        [ -e "$root/lib/x86_64-linux-gnu/$name" ] || [ -e "$root/usr/lib/x86_64-linux-gnu/$name" ] ||
-            [ -e "$root/usr/lib/$name" ] || echo "$file needs $name, which is not in the machine"
-    done >"$out/missing-libraries"
-    [ ! -s "$out/missing-libraries" ] || {
-        cat "$out/missing-libraries" >>"$log"
-        fail 'libraries are missing'
-    }
+    while [ $# -gt 0 ]; do
+        names=$(objdump -p "$@" 2>/dev/null | awk '$1 == "NEEDED" { print $2 }' | sort -u)
+        set --
+        for name in $names; do
+            [ ! -e "$root/usr/lib/$name" ] || continue
+            library=$(find "$out/tools/lib" "$out/tools/usr/lib" "$build" -maxdepth 2 -name "$name" | head -n 1)
+            [ -n "$library" ] || fail "the machine has no $name"
+            strip --strip-debug -o "$root/usr/lib/$name" "$library"
+            set -- "$@" "$root/usr/lib/$name"
+        done
+    done
 }
 
 programs='usr/sbin/hostapd usr/sbin/hostapd_cli sbin/wpa_supplicant sbin/wpa_cli sbin/iw sbin/iwconfig
@@ -173,25 +174,22 @@ build_root() {
         esac
     done
     ln -s ../bin/busybox "$root/sbin/modprobe" # the kernel asks for it by this name
-    cp -a "$tools/lib/x86_64-linux-gnu" "$root/lib/"
-    cp -a "$tools/lib64/." "$root/lib64/"
-    mkdir -p "$root/usr/lib/x86_64-linux-gnu"
-    for library in "$tools"/usr/lib/x86_64-linux-gnu/*.so*; do
-        cp -a "$library" "$root/usr/lib/x86_64-linux-gnu/"
-    done
-    rm -f "$root"/usr/lib/x86_64-linux-gnu/libicu* "$root"/usr/lib/x86_64-linux-gnu/libgio*
+    cp -L "$tools/lib64/ld-linux-x86-64.so.2" "$root/lib64/"
+    modules_of_openssl=usr/lib/x86_64-linux-gnu/ossl-modules
+    mkdir -p "$root/$modules_of_openssl"
+    cp "$tools/$modules_of_openssl/legacy.so" "$root/$modules_of_openssl/"
     cp -a ../device/root/etc/. "$root/etc/"
     cp -a image/root/. "$root/"
     mkdir -p "$root/usr/share/examples" "$root/etc/radius"
     cp ../examples/*.json "$root/usr/share/examples/"
     cp "$out"/certificates/* "$root/etc/radius/"
-    cp "$build/liborlovendor.so" "$root/usr/lib/"
-    for library in libuci.so libdebug.so; do
-        [ ! -e "$build/$library" ] || cp -L "$build/$library" "$root/usr/lib/"
+    strip --strip-debug -o "$root/usr/lib/liborlovendor.so" "$build/liborlovendor.so"
+    for program in orloctl uci; do
+        strip -o "$root/usr/bin/$program" "$build/$program"
     done
-    cp "$build/orloctl" "$build/uci" "$root/usr/bin/"
-    complete_libraries "$root" "$root"/usr/sbin/* "$root"/usr/bin/* "$root"/sbin/* "$root/bin/ip" \
-        "$root"/usr/lib/*.so
+    install_libraries "$root" "$root"/usr/sbin/* "$root"/usr/bin/* "$root"/sbin/* \
+        "$root/bin/ip" "$root/bin/sh" "$root/usr/lib/liborlovendor.so" \
+        "$root/$modules_of_openssl/legacy.so"
     cp -a "$out/modules/." "$root/"
     mkdir -p "$root/lib/modules/$release/extra" "$root/lib/firmware"
     cp "$out/wdev.ko" "$root/lib/modules/$release/extra/"

@@ -1,0 +1,56 @@
+#!/bin/sh
+# Runs scenarios in the machine and tells what came of them.
+#
+# usage: run.sh BUILD_FOLDER [--shell | SCENARIO...]
+#   Without scenarios all of them but the soak.
+set -eu
+
+rig=$1/rig
+shift
+here=$(cd "$(dirname "$0")" && pwd)
+share=$rig/share
+limit=${ORLO_RIG_SECONDS:-600}
+
+"$here/build.sh" "${rig%/rig}"
+rm -rf "$share"
+mkdir -p "$share/logs"
+cp -r "$here/scenarios" "$share/scenarios"
+
+if [ "${1-}" = --shell ]; then
+    cp "$here/scenarios/prompt.sh" "$share/job"
+    exec "$here/boot.sh" "$rig" "$share" 0 shell
+fi
+
+[ $# -gt 0 ] || set -- $(cd "$here/scenarios" && ls [0-9]*.sh)
+for name; do
+    name=${name%.sh}
+    [ -e "$here/scenarios/$name.sh" ] || {
+        echo "./run rig: there is no scenario '$name'" >&2
+        exit 2
+    }
+    echo "$name"
+done >"$share/list"
+cp "$here/scenarios/machine.sh" "$share/job"
+
+echo "Running $(wc -l <"$share/list") scenarios in a machine with Linux $(cat "$rig/kernel-release")"
+: >"$share/results"
+tail -f "$share/results" & # as they end
+follower=$!
+trap 'kill "$follower" 2>/dev/null' EXIT
+status=0
+"$here/boot.sh" "$rig" "$share" "$limit" || status=$?
+sleep 0.2
+kill "$follower"
+
+for log in $(sed -n 's/^FAILED *\([^ ]*\) .*/\1/p' "$share/results"); do
+    printf '\n== %s\n' "$log"
+    cat "$share/logs/$log.log"
+done
+passed=$(grep -c '^ok' "$share/results" || true)
+if [ "$(wc -l <"$share/results")" -ne "$(wc -l <"$share/list")" ]; then
+    echo "The machine ended before its scenarios did (status $status); its console:" >&2
+    tail -n 40 "$share/console.log" >&2
+    status=1
+fi
+printf '\n%d passed, %d failed\n' "$passed" $(($(wc -l <"$share/list") - passed))
+exit "$status"
