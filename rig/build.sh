@@ -187,6 +187,10 @@ build_root() {
     for program in orloctl uci; do
         strip -o "$root/usr/bin/$program" "$build/$program"
     done
+    for program in datagrams; do
+        gcc -std=c11 -D_GNU_SOURCE -O2 -Wall -Wextra -Werror -o "$root/usr/bin/$program" "programs/$program.c" \
+            >>"$log" 2>&1 || fail "$program does not build"
+    done
     install_libraries "$root" "$root"/usr/sbin/* "$root"/usr/bin/* "$root"/sbin/* \
         "$root/bin/ip" "$root/bin/sh" "$root/usr/lib/liborlovendor.so" \
         "$root/$modules_of_openssl/legacy.so"
@@ -200,7 +204,7 @@ build_root() {
 }
 
 build_initramfs() {
-    newer "$out/initramfs" image build.sh ../device/root/etc ../examples "$out/wdev.ko" \
+    newer "$out/initramfs" image build.sh programs ../device/root/etc ../examples "$out/wdev.ko" \
         "$build/liborlovendor.so" "$build/orloctl" "$build/uci" || return 0
     build_root
     (cd "$out/root" && find . | cpio -o -H newc -R 0:0 --quiet) >"$out/initramfs.new"

@@ -177,7 +177,7 @@ reaches_vlan() { # NUMBER VLAN
 # hears NUMBER FREQUENCY: the networks in the air, "BSSID SSID" a line.
 hears() {
     in_station "$1" ip link set "$(interface_of "$1")" up
-    in_station "$1" iw dev "$(interface_of "$1")" scan freq "$2" |
+    in_station "$1" iw dev "$(interface_of "$1")" scan freq "$2" passive |
         awk -v wanted="$2" '
             /^BSS / { address = substr($2, 1, 17) }
             /^\tfreq: / { frequency = $2 }
