@@ -187,9 +187,10 @@ build_root() {
     for program in orloctl uci; do
         strip -o "$root/usr/bin/$program" "$build/$program"
     done
-    for program in datagrams; do
-        gcc -std=c11 -D_GNU_SOURCE -O2 -Wall -Wextra -Werror -o "$root/usr/bin/$program" "programs/$program.c" \
-            >>"$log" 2>&1 || fail "$program does not build"
+    for program in datagrams soak; do
+        gcc -std=c11 -D_GNU_SOURCE -O2 -Wall -Wextra -Wconversion -Werror -I ../include \
+            -o "$root/usr/bin/$program" "programs/$program.c" -ldl >>"$log" 2>&1 ||
+            fail "$program does not build"
     done
     install_libraries "$root" "$root"/usr/sbin/* "$root"/usr/bin/* "$root"/sbin/* \
         "$root/bin/ip" "$root/bin/sh" "$root/usr/lib/liborlovendor.so" \

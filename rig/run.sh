@@ -21,8 +21,11 @@ if [ "${1-}" = --shell ]; then
     exec "$here/boot.sh" "$rig" "$share" 0 shell
 fi
 
-[ $# -gt 0 ] || set -- $(cd "$here/scenarios" && ls [0-9]*.sh)
+if [ $# -eq 0 ]; then
+    set -- "$here"/scenarios/[0-9]*.sh
+fi
 for name; do
+    name=${name##*/}
     name=${name%.sh}
     [ -e "$here/scenarios/$name.sh" ] || {
         echo "./run rig: there is no scenario '$name'" >&2
@@ -31,6 +34,9 @@ for name; do
     echo "$name"
 done >"$share/list"
 cp "$here/scenarios/machine.sh" "$share/job"
+cat >"$share/settings" <<END
+export ORLO_RIG_PUSHES=${ORLO_RIG_PUSHES:-50} ORLO_RIG_SEED=${ORLO_RIG_SEED:-1}
+END
 
 echo "Running $(wc -l <"$share/list") scenarios in a machine with Linux $(cat "$rig/kernel-release")"
 : >"$share/results"
@@ -42,7 +48,7 @@ status=0
 sleep 0.2
 kill "$follower"
 
-for log in $(sed -n 's/^FAILED *\([^ ]*\) .*/\1/p' "$share/results"); do
+sed -n 's,^FAILED *\([^ ]*\) .*,\1,p' "$share/results" | while read -r log; do
     printf '\n== %s\n' "$log"
     cat "$share/logs/$log.log"
 done

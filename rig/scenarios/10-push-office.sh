@@ -1,5 +1,6 @@
 #!/bin/sh
 # A whole office is pushed through the library and saved: its networks are in the air.
+# shellcheck source=rig/scenarios/lib.sh
 . "${0%/*}/lib.sh"
 
 push "$examples/office.json" office

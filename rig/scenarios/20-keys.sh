@@ -1,5 +1,6 @@
 #!/bin/sh
 # Stations join each of the office's networks with its key, and with a wrong one do not.
+# shellcheck source=rig/scenarios/lib.sh
 . "${0%/*}/lib.sh"
 with_office
 

@@ -1,5 +1,6 @@
 #!/bin/sh
 # The library tells exactly the stations that are there: in its list, in both files, to the agent.
+# shellcheck source=rig/scenarios/lib.sh
 . "${0%/*}/lib.sh"
 with_office
 

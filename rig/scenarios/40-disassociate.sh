@@ -1,5 +1,6 @@
 #!/bin/sh
 # A station that the agent sends away goes, and is told so.
+# shellcheck source=rig/scenarios/lib.sh
 . "${0%/*}/lib.sh"
 with_office
 

@@ -1,5 +1,6 @@
 #!/bin/sh
 # A changed passphrase throws out the stations that have the old one only.
+# shellcheck source=rig/scenarios/lib.sh
 . "${0%/*}/lib.sh"
 with_office
 

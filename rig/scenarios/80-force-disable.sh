@@ -1,5 +1,6 @@
 #!/bin/sh
 # A radio that is forced off is off, whatever else it is told.
+# shellcheck source=rig/scenarios/lib.sh
 . "${0%/*}/lib.sh"
 with_office
 
@@ -18,8 +19,7 @@ check 'nothing is waited for' ap 'timeout 5 orloctl wait-vaps >/dev/null'
 check 'and its stations may come back' eventually 30 has_joined 2
 
 echo '{"radios": [{"radio": 0, "enabled": true, "override": "not-override"}]}' >/tmp/on.json
-push /tmp/on.json forced-off-no-more
+push /tmp/on.json office # as it was
 check 'radio 0 is back' is_up wdev0ap1
 check 'and its station too' eventually 30 has_joined 1
 all_leave
-office_is_changed

@@ -1,5 +1,6 @@
 #!/bin/sh
 # Counters grow by what was really sent.
+# shellcheck source=rig/scenarios/lib.sh
 . "${0%/*}/lib.sh"
 with_office
 

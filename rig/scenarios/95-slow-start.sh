@@ -1,5 +1,6 @@
 #!/bin/sh
 # The library waits for VAPs that take their time after a restart of the network.
+# shellcheck source=rig/scenarios/lib.sh
 . "${0%/*}/lib.sh"
 with_office
 

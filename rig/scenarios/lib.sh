@@ -1,6 +1,6 @@
 # The words that scenarios are written in. They reach the access point and its stations by these
 # alone, so that the same scenarios run against any access point, see rig/README.md.
-# shellcheck shell=sh
+# shellcheck shell=sh disable=SC2034 # they are for who sources this
 
 # How a command line is run on the access point: within the machine by its shell.
 : "${ORLO_AP:=sh -c}"

@@ -55,4 +55,6 @@ run_scenarios() {
     return "$status"
 }
 
+# shellcheck disable=SC1091 # made for each run
+. /share/settings
 run_scenarios

@@ -1,5 +1,5 @@
 # What a channel is to hostapd.
-# shellcheck shell=sh
+# shellcheck shell=sh disable=SC2034 # they are for who sources this
 
 # describe_channel RADIO CHANNEL WIDTH: sets $frequency, $hostapd_lines and $switch_words. A width
 # that the channel does not allow becomes 20 MHz.

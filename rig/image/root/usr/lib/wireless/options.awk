@@ -2,26 +2,23 @@
 # separated by blanks.
 
 {
-    dot = index($0, ".")
     equals = index($0, "=")
-    path = substr($0, dot + 1, equals - dot - 1)
-    value = substr($0, equals + 1)
-    if (!dot || !equals || !index(path, ".")) {
-        next
+    path = substr($0, 1, equals - 1)
+    if (split(path, name, ".") == 3) {
+        option[name[2], name[3]] = unquote(substr($0, equals + 1))
     }
-    section = path
-    sub(/\..*/, "", section)
-    sub(/^[^.]*\./, "", path)
-    option[section, path] = unquote(value)
 }
 
 # 'a' 'b' becomes a b; '\'' within a word is a quote.
-function unquote(text,    plain) {
-    gsub(/'\\''/, "\001", text)
-    gsub(/' '/, " ", text)
-    gsub(/'/, "", text)
-    gsub(/\001/, "'", text)
-    return text
+function unquote(text,    inner) {
+    inner = substr(text, 2, length(text) - 2)
+    if (!index(inner, "'")) {
+        return inner
+    }
+    gsub(/'\\''/, "\001", inner)
+    gsub(/' '/, " ", inner)
+    gsub(/\001/, "'", inner)
+    return inner
 }
 
 function section_of(radio, vap) {

@@ -1,6 +1,7 @@
-# Writes the configuration of a child of a link over the air: radio, name.
+# Writes the configuration of a child of a link over the air: name (its VAP, wdevRapV).
 END {
-    section = section_of(radio, substr(name, index(name, "ap") + 2))
+    split(substr(name, 5), numbers, "ap")
+    section = section_of(numbers[1], numbers[2])
     print "network={"
     print "ssid=\"" option[section, "ssid"] "\""
     print "scan_ssid=1"
