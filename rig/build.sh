@@ -51,6 +51,7 @@ newer() { # FILE THAN...: whether one of the others is newer than the file, or i
 
 # The kernel that Debian ships at present; its headers come in the same version.
 choose_kernel() {
+    [ "$(id -u)" -ne 0 ] || timeout 120 apt-get update -q >>"$log" 2>&1 || true # what is known may do
     release=$(apt-cache depends linux-image-amd64 2>>"$log" |
         sed -n 's/.*Depends: linux-image-\(.*-amd64\)$/\1/p')
     [ -n "$release" ] || cannot 'no kernel package for this machine is known to apt-get'
@@ -61,7 +62,8 @@ fetch() { # fetch FOLDER PACKAGE...
     folder=$1
     shift
     mkdir -p "$folder"
-    (cd "$folder" && timeout 600 apt-get download -q "$@") >>"$log" 2>&1 ||
+    (cd "$folder" && timeout 300 apt-get -o Acquire::Retries=1 -o Acquire::http::Timeout=20 \
+        download -q "$@") >>"$log" 2>&1 ||
         cannot "the Debian packages of the machine cannot be fetched ($log tells more)"
 }
 

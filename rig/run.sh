@@ -16,8 +16,8 @@ rm -rf "$share"
 mkdir -p "$share/logs"
 cp -r "$here/scenarios" "$share/scenarios"
 
+cp "$here/scenarios/machine.sh" "$share/job"
 if [ "${1-}" = --shell ]; then
-    cp "$here/scenarios/prompt.sh" "$share/job"
     exec "$here/boot.sh" "$rig" "$share" 0 shell
 fi
 
@@ -33,7 +33,6 @@ for name; do
     }
     echo "$name"
 done >"$share/list"
-cp "$here/scenarios/machine.sh" "$share/job"
 cat >"$share/settings" <<END
 export ORLO_RIG_PUSHES=${ORLO_RIG_PUSHES:-50} ORLO_RIG_SEED=${ORLO_RIG_SEED:-1}
 END

@@ -15,7 +15,7 @@
 #include "wdev.h"
 
 #define MOST_TEXT 65536
-#define SIGNAL_BASE 95	/* signals are told in dB above -95 dBm */
+#define SIGNAL_BASE 95 /* signals are told in dB above -95 dBm */
 
 struct text_file {
 	const char *name;

@@ -18,7 +18,7 @@ bool wdev_parse_vap(const char *name, struct wdev_name *vap)
 	return strcmp(exact, name) == 0;
 }
 
-static bool is_vap(const struct net_device *dev)
+bool wdev_is_vap(const struct net_device *dev)
 {
 	struct wdev_name name;
 
@@ -33,13 +33,13 @@ static int on_netdev_event(struct notifier_block *block, unsigned long event, vo
 	switch (event) {
 	case NETDEV_REGISTER:
 	case NETDEV_CHANGENAME:
-		if (is_vap(dev))
+		if (wdev_is_vap(dev))
 			wdev_take_over(dev);
 		else
 			wdev_give_back(dev);
 		break;
 	case NETDEV_UNREGISTER:
-		if (is_vap(dev))
+		if (wdev_is_vap(dev))
 			wdev_keep_counters(dev);
 		wdev_give_back(dev);
 		break;

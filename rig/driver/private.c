@@ -22,24 +22,16 @@
 #define OPERATION_PROBE 1
 #define OPERATION_STATIONS 2
 #define PROBE_SIZE 128
-#define DRIVER_MAGIC 0x4D52564C
 
 const struct iw_priv_args wdev_private_args[WDEV_PRIVATE_COMMANDS] = {
 	{ COMMAND_SET, IW_PRIV_TYPE_CHAR | TEXT_SIZE, 0, "setcmd" },
 	{ COMMAND_GET, IW_PRIV_TYPE_CHAR | TEXT_SIZE, IW_PRIV_TYPE_CHAR | ANSWER_SIZE, "getcmd" },
 };
 
-static bool is_vap(const struct net_device *dev)
-{
-	struct wdev_name name;
-
-	return wdev_parse_vap(dev->name, &name);
-}
-
 static int answer_probe(void __user *to, u32 size)
 {
 	u8 block[PROBE_SIZE] = {};
-	const __le32 magic = cpu_to_le32(DRIVER_MAGIC);
+	const __le32 magic = cpu_to_le32(WDEV_MAGIC);
 
 	memcpy(block, &magic, sizeof(magic));
 	return copy_to_user(to, block, min_t(u32, size, sizeof(block))) ? -EFAULT : 0;
@@ -58,7 +50,7 @@ static int set_iwinfo(struct net_device *dev, const char *text)
 	case OPERATION_PROBE:
 		return answer_probe(u64_to_user_ptr(out), out_size);
 	case OPERATION_STATIONS:
-		return wdev_copy_station_table(is_vap(dev) ? dev : NULL, u64_to_user_ptr(out),
+		return wdev_copy_station_table(wdev_is_vap(dev) ? dev : NULL, u64_to_user_ptr(out),
 					       out_size);
 	default:
 		return -EOPNOTSUPP;
@@ -114,7 +106,7 @@ static int setcmd(struct net_device *dev, struct iw_request_info *info, union iw
 	memcpy(text, extra, min_t(size_t, request->data.length, TEXT_SIZE));
 	if (begins_with(text, "iwinfo"))
 		return set_iwinfo(dev, text);
-	if (is_vap(dev))
+	if (wdev_is_vap(dev))
 		return -EOPNOTSUPP;
 	if (begins_with(text, "radiomode"))
 		return set_radiomode(wdev_radio_of(dev), text);
@@ -152,7 +144,7 @@ static int getcmd(struct net_device *dev, struct iw_request_info *info, union iw
 	if (copy_from_user(text, request->data.pointer,
 			   min_t(size_t, request->data.length, TEXT_SIZE)))
 		return -EFAULT;
-	if (is_vap(dev))
+	if (wdev_is_vap(dev))
 		return -EOPNOTSUPP;
 	if (begins_with(text, "radiomode"))
 		length = show_radiomode(wdev_radio_of(dev), extra, ANSWER_SIZE);

@@ -54,8 +54,7 @@ static void radio_get_stats(struct net_device *dev, struct rtnl_link_stats64 *su
 
 	rcu_read_lock();
 	for_each_netdev_rcu(&init_net, vap) {
-		if (!vap->ieee80211_ptr || !wdev_parse_vap(vap->name, &name) ||
-		    name.radio != index)
+		if (!vap->ieee80211_ptr || !wdev_parse_vap(vap->name, &name) || name.radio != index)
 			continue;
 		add_counters(sum, dev_get_stats(vap, &counted));
 	}
@@ -151,8 +150,8 @@ unsigned int wdev_channel_of_vap(struct net_device *vap)
 	mutex_lock(&wdev->mtx);
 	if (wdev->iftype == NL80211_IFTYPE_AP && wdev->links[0].ap.beacon_interval &&
 	    wdev->links[0].ap.chandef.chan)
-		channel = ieee80211_frequency_to_channel(
-			wdev->links[0].ap.chandef.chan->center_freq);
+		channel =
+			ieee80211_frequency_to_channel(wdev->links[0].ap.chandef.chan->center_freq);
 	mutex_unlock(&wdev->mtx);
 	return channel;
 }
@@ -165,16 +164,16 @@ struct net_device *wdev_running_vap(unsigned int radio)
 
 	ASSERT_RTNL();
 	for_each_netdev(&init_net, vap) {
-		if (vap->ieee80211_ptr && wdev_parse_vap(vap->name, &name) &&
-		    name.radio == radio && wdev_channel_of_vap(vap))
+		if (vap->ieee80211_ptr && wdev_parse_vap(vap->name, &name) && name.radio == radio &&
+		    wdev_channel_of_vap(vap))
 			return vap;
 	}
 	return NULL;
 }
 
 /*
- * Moves the VAPs to the channel that was set. They are hostapd's, which asks the kernel in its turn:
- * the program is started, and not waited for, as this runs with the RTNL lock held.
+ * Moves the VAPs to the channel that was set. They are hostapd's, which asks the kernel in its
+ * turn: the program is started, and not waited for, as this runs with the RTNL lock held.
  */
 int wdev_commit(struct wdev_radio *radio)
 {

@@ -2,8 +2,8 @@
 /*
  * The stations of a VAP, from the kernel's own tables.
  *
- * Only stations that may send data are told: one whose key turns out wrong has been associated for a
- * moment, and is never seen here.
+ * Only stations that may send data are told: one whose key turns out wrong has been associated for
+ * a moment, and is never seen here.
  */
 #include <linux/kernel.h>
 #include <linux/module.h>
@@ -15,8 +15,7 @@
 
 #include "wdev.h"
 
-#define DRIVER_MAGIC 0x4D52564C
-#define MOST_STATIONS 341	/* as many as a reply of 32768 bytes has room for */
+#define MOST_STATIONS 341 /* as many as a reply of 32768 bytes has room for */
 
 struct table_head {
 	__le32 magic;
@@ -28,9 +27,9 @@ struct table_head {
 struct table_entry {
 	u8 mac[ETH_ALEN];
 	u8 reserved[20];
-	u8 first_rate;		/* Mbit/s, of what the station sends */
-	s8 signal;		/* dBm */
-	__le32 second_rate;	/* Mbit/s, of what is sent to it */
+	u8 first_rate;	    /* Mbit/s, of what the station sends */
+	s8 signal;	    /* dBm */
+	__le32 second_rate; /* Mbit/s, of what is sent to it */
 	u8 second_mcs;
 	u8 second_flags;
 	u8 second_tail[2];
@@ -82,8 +81,8 @@ int wdev_for_each_station(struct net_device *vap, wdev_station_visit visit, void
 
 	ASSERT_RTNL();
 	if (!result)
-		ieee80211_iterate_stations_atomic(
-			wiphy_to_ieee80211_hw(vap->ieee80211_ptr->wiphy), add_address, all);
+		ieee80211_iterate_stations_atomic(wiphy_to_ieee80211_hw(vap->ieee80211_ptr->wiphy),
+						  add_address, all);
 	for (i = 0; !result && i < all->count; i++) {
 		memset(station, 0, sizeof(*station));
 		memcpy(station->mac, all->mac[i], ETH_ALEN);
@@ -181,7 +180,7 @@ static int write_entry(const struct wdev_station *station, void *data)
 /* A radio (no VAP) has no stations of its own. */
 int wdev_copy_station_table(struct net_device *vap, void __user *to, u32 size)
 {
-	struct table_head head = { .magic = cpu_to_le32(DRIVER_MAGIC) };
+	struct table_head head = { .magic = cpu_to_le32(WDEV_MAGIC) };
 	struct table_writer writer = { .to = to };
 
 	if (size < sizeof(head))

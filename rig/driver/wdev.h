@@ -18,6 +18,7 @@
 #define WDEV_RADIOS 2
 #define WDEV_VAPS 16
 #define WDEV_PATH_SIZE 64
+#define WDEV_MAGIC 0x4D52564C /* begins what the driver copies to a program */
 
 /* The names that the interfaces have at the driver. */
 struct wdev_name {
@@ -26,17 +27,18 @@ struct wdev_name {
 };
 
 bool wdev_parse_vap(const char *name, struct wdev_name *vap);
+bool wdev_is_vap(const struct net_device *dev);
 
 /* What the driver keeps of a radio. All of it is guarded by the RTNL lock. */
 struct wdev_radio {
 	struct net_device *dev;
 	unsigned int index;
-	unsigned int wanted_channel;	/* set, waiting for the commit; 0: none */
+	unsigned int wanted_channel; /* set, waiting for the commit; 0: none */
 	bool two_segments;
 	unsigned int second_channel;
 	char power_table[WDEV_PATH_SIZE];
-	unsigned int power_percent;	/* of the loaded table */
-	unsigned int applied_percent;	/* 0: never applied */
+	unsigned int power_percent;   /* of the loaded table */
+	unsigned int applied_percent; /* 0: never applied */
 };
 
 /* radio.c: the radio devices */

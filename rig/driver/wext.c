@@ -2,8 +2,9 @@
 /*
  * Wireless-extension requests.
  *
- * A VAP answers them as cfg80211 does for it, but for those below, which cfg80211 does not answer for
- * access points; a radio answers those below only. All of them are called with the RTNL lock held.
+ * A VAP answers them as cfg80211 does for it, but for those below, which cfg80211 does not answer
+ * for access points; a radio answers those below only. All of them are called with the RTNL lock
+ * held.
  */
 #include <linux/if_arp.h>
 #include <linux/math64.h>
@@ -17,9 +18,9 @@ static bool frequency_in_mhz;
 module_param(frequency_in_mhz, bool, 0644);
 MODULE_PARM_DESC(frequency_in_mhz, "Tell a radio's channel as its frequency, not as its number");
 
-#define STANDARD(request) ((request) - SIOCIWFIRST)
+#define STANDARD(request) ((request)-SIOCIWFIRST)
 #define STANDARD_COUNT 64
-#define LARGEST_CHANNEL 999	/* greater numbers are frequencies */
+#define LARGEST_CHANNEL 999 /* greater numbers are frequencies */
 
 static unsigned int radio_index(const struct net_device *dev)
 {
@@ -43,8 +44,8 @@ static struct iw_freq as_frequency(unsigned int radio, unsigned int channel)
 	return frequency;
 }
 
-static int get_name(struct net_device *dev, struct iw_request_info *info,
-		    union iwreq_data *request, char *extra)
+static int get_name(struct net_device *dev, struct iw_request_info *info, union iwreq_data *request,
+		    char *extra)
 {
 	strscpy(request->name, "IEEE 802.11", sizeof(request->name));
 	return 0;
@@ -92,8 +93,8 @@ static int set_frequency(struct net_device *dev, struct iw_request_info *info,
 	return 0;
 }
 
-static int commit(struct net_device *dev, struct iw_request_info *info,
-		  union iwreq_data *request, char *extra)
+static int commit(struct net_device *dev, struct iw_request_info *info, union iwreq_data *request,
+		  char *extra)
 {
 	return wdev_commit(wdev_radio_of(dev));
 }
@@ -140,12 +141,9 @@ static int get_access_point(struct net_device *dev, struct iw_request_info *info
 }
 
 static const iw_handler radio_standard[] = {
-	[STANDARD(SIOCSIWCOMMIT)] = commit,
-	[STANDARD(SIOCGIWNAME)] = get_name,
-	[STANDARD(SIOCSIWFREQ)] = set_frequency,
-	[STANDARD(SIOCGIWFREQ)] = get_frequency,
-	[STANDARD(SIOCGIWRANGE)] = get_range,
-	[STANDARD(SIOCGIWAP)] = get_access_point,
+	[STANDARD(SIOCSIWCOMMIT)] = commit,	 [STANDARD(SIOCGIWNAME)] = get_name,
+	[STANDARD(SIOCSIWFREQ)] = set_frequency, [STANDARD(SIOCGIWFREQ)] = get_frequency,
+	[STANDARD(SIOCGIWRANGE)] = get_range,	 [STANDARD(SIOCGIWAP)] = get_access_point,
 };
 
 const struct iw_handler_def wdev_radio_handlers = {

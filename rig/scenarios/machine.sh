@@ -1,15 +1,9 @@
-# Prepares the machine for the scenarios and runs them; the job of a run.
+# Prepares the machine for the scenarios and runs them: the job of a run.
 # shellcheck shell=sh
 
-# The stations: a radio each, in a network of its own.
-mkdir -p /tmp/stations
-for number in 1 2 3 4; do
-    ip netns add "station$number"
-    interface=wlan$((number + 1))
-    echo "$interface" >"/tmp/stations/$number.interface"
-    cat "/sys/class/net/$interface/address" >"/tmp/stations/$number.address"
-    iw phy "phy$((number + 1))" set netns name "station$number"
-done
+# shellcheck source=rig/scenarios/stations.sh
+. /share/scenarios/stations.sh
+use_radios phy2 phy3 phy4 phy5
 
 # The RADIUS server of the office, at the address that its description gives.
 ip address add 192.0.2.11/32 dev lo
@@ -35,26 +29,42 @@ show_state() {
     dmesg | tail -n 40
 }
 
+# A complaint counts for the scenario in which it comes.
+run_scenario() { # NAME
+    sh "/share/scenarios/$1.sh" || return 1
+    if kernel_complains; then
+        dmesg -c >"/share/logs/$1.kernel"
+        echo 'FAILED: the kernel complains of nothing'
+        return 1
+    fi
+}
+
 run_scenarios() {
     status=0
     while read -r name; do
         begun=$(uptime_seconds)
         result=ok
-        sh "/share/scenarios/$name.sh" >"/share/logs/$name.log" 2>&1 || result=FAILED
-        if kernel_complains >>"/share/logs/$name.log"; then
-            echo 'FAILED: the kernel complains of nothing' >>"/share/logs/$name.log"
+        run_scenario "$name" >"/share/logs/$name.log" 2>&1 </dev/null || {
             result=FAILED
-        fi
-        [ "$result" = ok ] || {
             status=1
             show_state >>"/share/logs/$name.log" 2>&1
         }
-        printf '%-7s %-24s %4d s\n' "$result" "$name" $(($(uptime_seconds) - begun)) >>/share/results
+        printf '%-7s %-18s %4d s of its time\n' "$result" "$name" \
+            $(($(uptime_seconds) - begun)) >>/share/results
     done </share/list
     dmesg >/share/logs/dmesg
     return "$status"
 }
 
 # shellcheck disable=SC1091 # made for each run
-. /share/settings
-run_scenarios
+[ ! -e /share/settings ] || . /share/settings
+if [ -e /share/list ]; then
+    run_scenarios
+else
+    echo 'An access point and the stations 1 to 4. . /share/scenarios/lib.sh and try:'
+    echo '  push /usr/share/examples/office.json office'
+    # shellcheck disable=SC2016 # to be typed
+    echo '  joins 1 2437 Office "$(psk "$office_key")" && orloctl clients'
+    setsid cttyhack sh
+    true
+fi
