@@ -6,8 +6,8 @@
 #   Everything goes to BUILD_FOLDER/rig. Ends with 77 where the packages cannot be had.
 set -eu
 
-cd "$(dirname "$0")"
 build=$(cd "$1" && pwd)
+cd "$(dirname "$0")"
 out=$build/rig
 log=$out/build.log
 

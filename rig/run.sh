@@ -5,11 +5,11 @@
 #   Without scenarios all of them but the soak.
 set -eu
 
-rig=$1/rig
+rig=$(cd "$1" && pwd)/rig
 shift
 here=$(cd "$(dirname "$0")" && pwd)
 share=$rig/share
-limit=${ORLO_RIG_SECONDS:-600}
+limit=${ORLO_RIG_SECONDS:-900}
 
 "$here/build.sh" "${rig%/rig}"
 rm -rf "$share"

@@ -20,18 +20,18 @@ takes_address 1 40
 check 'Office Scanners: not reached with a wrong key' not eventually 3 reaches_vlan 1 40
 
 for frequency in 2437 5180; do
-    check "Office at $frequency MHz: joined with WPA2" joins 1 "$frequency" Office "$(psk "$office_key")"
-    check "Office at $frequency MHz: and VLAN 20 is reached" reaches_its_vlan 1 20
     check "Office at $frequency MHz: joined with WPA3" joins 2 "$frequency" Office "$(sae "$office_key")"
+    check "Office at $frequency MHz: and VLAN 20 is reached" reaches_its_vlan 2 20
     check "Office at $frequency MHz: refused with a wrong WPA2 key" \
         is_refused 1 "$frequency" Office "$(psk 'wrong horse battery staple')"
     check "Office at $frequency MHz: and told so" is_told 1 'WRONG_KEY'
-    check "Office at $frequency MHz: refused with a wrong WPA3 key" \
-        is_refused 2 "$frequency" Office "$(sae 'wrong horse battery staple')"
     check "Office Guests at $frequency MHz: open" joins 3 "$frequency" 'Office Guests' key_mgmt=NONE
     check "Office Guests at $frequency MHz: and VLAN 30 is reached" reaches_its_vlan 3 30
     check "Office Guests at $frequency MHz: VLAN 20 is not" not reaches_vlan 3 20
 done
+check "Office: joined with WPA2" joins 1 2437 Office "$(psk "$office_key")"
+check "Office: and VLAN 20 is reached" reaches_its_vlan 1 20
+check "Office: refused with a wrong WPA3 key" is_refused 2 5180 Office "$(sae 'wrong horse battery staple')"
 
 check 'Office Staff: joined by an account of the RADIUS server' \
     joins 4 5180 'Office Staff' "$(enterprise ada 'countess of lovelace')"

@@ -4,6 +4,7 @@
 . "${0%/*}/lib.sh"
 with_office
 
+ap 'ip neighbour flush all' # whoever has spoken before
 # A station's signal at the other radios is its power less 50 dB.
 for number in 1 2 3; do
     in_station "$number" iw dev "$(interface_of "$number")" set txpower fixed $((number * 500 + 500))

@@ -31,12 +31,12 @@ check() {
 
 # eventually SECONDS COMMAND...: tries the command until it succeeds.
 eventually() {
-    tries=$(($1 * 4))
+    tries=$(($1 * 2))
     shift
     until "$@"; do
         tries=$((tries - 1))
         [ "$tries" -gt 0 ] || return 1
-        sleep 0.25
+        sleep 0.5
     done
 }
 

@@ -13,8 +13,11 @@ kernel_complains() {
     dmesg | grep -E 'WARNING:|BUG:|Oops|Call Trace'
 }
 
-uptime_seconds() {
-    cut -d . -f 1 /proc/uptime
+# Seconds since the boot, and how many of them were spent computing.
+seconds() {
+    read -r uptime idle </proc/uptime
+    uptime=${uptime%.*}
+    busy=$((uptime - ${idle%.*}))
 }
 
 # What a failure is looked into with.
@@ -29,7 +32,7 @@ show_state() {
     dmesg | tail -n 40
 }
 
-# A complaint counts for the scenario in which it comes.
+# A complaint counts for the scenario in which it comes. What a failed one leaves is cleared away.
 run_scenario() { # NAME
     sh "/share/scenarios/$1.sh" || return 1
     if kernel_complains; then
@@ -39,18 +42,31 @@ run_scenario() { # NAME
     fi
 }
 
+clear_away() {
+    (
+        # shellcheck source=rig/scenarios/lib.sh
+        . /share/scenarios/lib.sh
+        all_leave
+        office_is_changed
+    )
+}
+
 run_scenarios() {
     status=0
     while read -r name; do
-        begun=$(uptime_seconds)
+        seconds
+        begun=$uptime
+        busy_before=$busy
         result=ok
         run_scenario "$name" >"/share/logs/$name.log" 2>&1 </dev/null || {
             result=FAILED
             status=1
             show_state >>"/share/logs/$name.log" 2>&1
+            clear_away
         }
-        printf '%-7s %-18s %4d s of its time\n' "$result" "$name" \
-            $(($(uptime_seconds) - begun)) >>/share/results
+        seconds
+        printf '%-7s %-18s %4d s, %3d s of them busy\n' "$result" "$name" \
+            $((uptime - begun)) $((busy - busy_before)) >>/share/results
     done </share/list
     dmesg >/share/logs/dmesg
     return "$status"
