@@ -9,7 +9,9 @@ rig=$(cd "$1" && pwd)/rig
 shift
 here=$(cd "$(dirname "$0")" && pwd)
 share=$rig/share
-limit=${ORLO_RIG_SECONDS:-900}
+limit=900 # seconds; a soak takes longer
+[ "${1-}" != soak ] || limit=3600
+limit=${ORLO_RIG_SECONDS:-$limit}
 
 "$here/build.sh" "${rig%/rig}"
 rm -rf "$share"

@@ -81,6 +81,6 @@ else
     echo '  push /usr/share/examples/office.json office'
     # shellcheck disable=SC2016 # to be typed
     echo '  joins 1 2437 Office "$(psk "$office_key")" && orloctl clients'
-    setsid cttyhack sh
+    setsid cttyhack /bin/sh # busybox has a shell of its own, and would run its own ip
     true
 fi
