@@ -61,6 +61,7 @@ choose_kernel() {
 fetch() { # fetch FOLDER PACKAGE...
     folder=$1
     shift
+    rm -rf "$folder"
     mkdir -p "$folder"
     (cd "$folder" && timeout 300 apt-get -o Acquire::Retries=1 -o Acquire::http::Timeout=20 \
         download -q "$@") >>"$log" 2>&1 ||
