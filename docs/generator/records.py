@@ -97,5 +97,5 @@ def read_layout(path):
     sizes = {name: tuple(int(number) for number in numbers) for name, *numbers in
              re.findall(r'^ORLO_RECORD\((\w+), (\d+), \d+, (\d+), (\d+)\)', text, re.MULTILINE)}
     offsets = {(record, member): int(offset) for record, member, offset in
-               re.findall(r'^ORLO_FIELD\((\w+), ([\w.]+), (\d+)\)', text, re.MULTILINE)}
+               re.findall(r'^ORLO_FIELD\((\w+), ([\w.]+), (\d+), \d+\)', text, re.MULTILINE)}
     return sizes, offsets
