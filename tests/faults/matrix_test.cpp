@@ -87,7 +87,7 @@ protected:
     }
 
     Observation run(const std::vector<Fault>& faults) {
-        const Observation seen = observe(invocation_, faults);
+        Observation seen = observe(invocation_, faults);
         added_ = files_->restore();
         return seen;
     }

@@ -50,7 +50,7 @@ public:
 
     void exchange(std::string& text) {
         if (!filled_) {
-            bytes_ += text.c_str();
+            bytes_.append(text, 0, text.find('\0'));
             bytes_ += '\0';
         } else if (next_ < bytes_.size()) {
             text = bytes_.c_str() + next_;
@@ -179,7 +179,7 @@ private:
     // Commands take most of the time, and the same one prints the same in every run.
     std::string known_output(const std::string& command) {
         const std::string key = command + " " + std::to_string(++times_[command]);
-        const std::string path = outputs + ("/" + std::to_string(std::hash<std::string>()(key)));
+        std::string path = outputs + ("/" + std::to_string(std::hash<std::string>()(key)));
         if (access(path.c_str(), F_OK) != 0) {
             mkdir(outputs, 0755);
             const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);

@@ -84,8 +84,8 @@ ExpectedConfiguration::differences(const std::map<std::string, std::string>& act
         const auto found = actual.find(option);
         const std::string is = found == actual.end() ? "" : found->second;
         if (is != expected) {
-            std::string line = option + ": is '";
-            line += is + "', expected '" + expected + "'";
+            std::string line = option;
+            line.append(": is '").append(is).append("', expected '").append(expected).append("'");
             lines.push_back(line);
         }
     }

@@ -51,6 +51,8 @@ private:
     void add_radio_calls();
     void add_vap_calls();
     void add_system_calls();
+    void add_openflow_calls();
+    void add_time_calls();
     void add_questions();
     void add_radio_questions();
 

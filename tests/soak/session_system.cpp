@@ -58,6 +58,26 @@ void Session::add_system_calls() {
             return {bit(on)};
         };
     }
+    calls_["api_apply_syslog"] = [&]() -> Words {
+        const bool on = flag();
+        const int port = number(0, 65536);
+        const int severity = number(0, 8);
+        const bool has_server = port >= 1 && port <= 65535;
+        const std::string section = "system.@system[0].";
+        expected_.stage(section + "log_remote", bit(on));
+        expected_.stage(section + "log_ip", has_server ? "192.0.2.9" : "");
+        expected_.stage(section + "log_port", has_server ? std::to_string(port) : "514");
+        if (severity <= 7) {
+            expected_.stage(section + "severity", severity);
+        }
+        answer_ = "0";
+        return {bit(on), "192.0.2.9", std::to_string(port), std::to_string(severity), "local0"};
+    };
+    add_openflow_calls();
+    add_time_calls();
+}
+
+void Session::add_openflow_calls() {
     calls_["api_apply_openflow_controller"] = [&]() -> Words {
         const std::string index = std::to_string(number(0, 3));
         const std::string controller = one_of({"tcp:192.0.2.7:6633", "tcp:192.0.2.8:6633"});
@@ -77,21 +97,9 @@ void Session::add_system_calls() {
         answer_ = "0";
         return {mode, timeout};
     };
-    calls_["api_apply_syslog"] = [&]() -> Words {
-        const bool on = flag();
-        const int port = number(0, 65536);
-        const int severity = number(0, 8);
-        const bool has_server = port >= 1 && port <= 65535;
-        const std::string section = "system.@system[0].";
-        expected_.stage(section + "log_remote", bit(on));
-        expected_.stage(section + "log_ip", has_server ? "192.0.2.9" : "");
-        expected_.stage(section + "log_port", has_server ? std::to_string(port) : "514");
-        if (severity <= 7) {
-            expected_.stage(section + "severity", severity);
-        }
-        answer_ = "0";
-        return {bit(on), "192.0.2.9", std::to_string(port), std::to_string(severity), "local0"};
-    };
+}
+
+void Session::add_time_calls() {
     calls_["api_apply_systime_ntp"] = [&]() -> Words {
         const std::string server = one_of({"192.0.2.1", "time.example.net"});
         const int interval = number(0, 7200);
