@@ -49,7 +49,7 @@ std::vector<StoreCall> store_calls_of(const std::function<void()>& operation) {
 
 void repeat(const std::vector<StoreCall>& calls) {
     uci_context* context = nullptr;
-    uci_ptr found;
+    uci_ptr found = {};
     char text[2048];
     int result = UCI_OK;
     for (const StoreCall& call : calls) {

@@ -93,13 +93,14 @@ TEST_F(Robustness, a_value_reads_the_same_however_its_line_is_written) {
     for (const std::string& value : values()) {
         for (const char* const end : {"\n", "", " \n", " # comment\n", "\r\n"}) {
             for (const std::string& text : {quoted(value), escaped(value)}) {
-                configure("config a b\n\toption before '1'\n\toption x " + text + end);
+                configure(
+                    filled("config a b\n\toption before '1'\n\toption x %", text).append(end));
                 EXPECT_EQ(get(sandbox_, "p.b.x"), value) << text << end;
             }
         }
         configure(filled("config a 'b'\n\tlist x %", quoted(value)) +
                   filled("\n\tlist x %\n\toption y '2'\n", escaped(value)));
-        EXPECT_EQ(get(sandbox_, "p.b.x"), value + "|" + value);
+        EXPECT_EQ(get(sandbox_, "p.b.x"), filled("%|", value).append(value));
         EXPECT_EQ(get(sandbox_, "p.b.y"), "2");
     }
 }
