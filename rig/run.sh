@@ -3,7 +3,7 @@
 # Runs scenarios in the machine and tells what came of them.
 #
 # usage: run.sh BUILD_FOLDER [--shell | SCENARIO...]
-#   Without scenarios all of them but the soak.
+#   Without scenarios those that have a number.
 set -eu
 
 rig=$(cd "$1" && pwd)/rig
