@@ -242,7 +242,8 @@ TEST_F(Preview, tells_the_truth_about_an_apply) {
     // anonymous sections have a short name in one listing and a long one in the other
     const auto strip = [](std::vector<std::string>& all) {
         for (std::string& line : all) {
-            line = line.substr(0, line.find('.')) + line.substr(line.rfind('.', line.find('=')));
+            const size_t section = line.find('.');
+            line.erase(section, line.rfind('.', line.find('=')) - section);
         }
         std::sort(all.begin(), all.end());
     };
