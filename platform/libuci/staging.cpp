@@ -160,6 +160,11 @@ mode_t mode_of(const char* path, mode_t otherwise) {
     return stat(path, &info) == 0 ? info.st_mode & 07777 : otherwise;
 }
 
+/// True also when someone else was faster.
+bool make_directory(const char* path, mode_t mode) {
+    return mkdir(path, mode) == 0 || errno == EEXIST;
+}
+
 /// Opens the package's file in the save directory for appending; creates what is missing.
 int open_for_append(uci_context* ctx, const Package& package, LockedFile& out) {
     constexpr int kFlags = O_WRONLY | O_APPEND;
@@ -171,7 +176,8 @@ int open_for_append(uci_context* ctx, const Package& package, LockedFile& out) {
     const Path config(ctx->confdir, package.e.name);
     const mode_t mode = mode_of(config.c_str(), UCI_FILEMODE);
     code = open_locked(path.c_str(), kFlags | O_CREAT, mode, LOCK_EX, out);
-    if (code == UCI_ERR_NOTFOUND && mkdir(ctx->savedir, mode_of(ctx->confdir, UCI_DIRMODE)) == 0) {
+    if (code == UCI_ERR_NOTFOUND &&
+        make_directory(ctx->savedir, mode_of(ctx->confdir, UCI_DIRMODE))) {
         code = open_locked(path.c_str(), kFlags | O_CREAT, mode, LOCK_EX, out);
     }
     return code;

@@ -4,6 +4,7 @@
 #include "sandbox.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <fcntl.h>
 #include <filesystem>
@@ -75,6 +76,35 @@ TEST_F(Concurrency, a_save_that_waited_appends_to_the_file_that_took_the_place) 
                           [&] { code = change(sandbox_, uci_set, "p.b.z=4"); });
     EXPECT_EQ(code, UCI_OK);
     EXPECT_EQ(read_file(sandbox_.staged + "/p"), "p.b.x='3'\np.b.z='4'\n");
+}
+
+TEST_F(Concurrency, all_of_the_first_saves_succeed_whoever_makes_the_directory) {
+    constexpr int kSavers = 4;
+    for (int round = 0; round < 100 && !HasFailure(); round++) {
+        fs::remove_all(sandbox_.staged);
+        std::atomic<int> ready{0};
+        std::vector<std::thread> savers;
+        for (int i = 0; i < kSavers; i++) {
+            savers.emplace_back([&, i] {
+                const ContextPtr ctx = sandbox_.open();
+                uci_ptr ptr{};
+                std::string text = "p.b.saver" + std::to_string(i) + "=1";
+                EXPECT_EQ(uci_lookup_ptr(ctx.get(), &ptr, text.data(), true), UCI_OK);
+                EXPECT_EQ(uci_set(ctx.get(), &ptr), UCI_OK);
+                ready++;
+                while (ready < kSavers) {
+                    std::this_thread::yield(); // so that all of them save at once
+                }
+                EXPECT_EQ(uci_save(ctx.get(), ptr.p), UCI_OK) << "in round " << round;
+            });
+        }
+        for (std::thread& saver : savers) {
+            saver.join();
+        }
+        for (int i = 0; i < kSavers; i++) {
+            EXPECT_EQ(get(sandbox_, "p.b.saver" + std::to_string(i)), "1");
+        }
+    }
 }
 
 /// The uci command; whether it succeeded.
