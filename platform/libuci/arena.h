@@ -45,7 +45,11 @@ public:
     char* copy(std::string_view text, size_t nuls = 1);
 
 private:
-    struct Block {
+    static constexpr size_t kAlignment = 8;
+    static constexpr size_t kBlockSize = 4096;
+
+    /// The beginning of a block; what follows it has to be aligned, too.
+    struct alignas(kAlignment) Block {
         Block* next;
     };
 
@@ -59,9 +63,6 @@ public:
     void rewind(const Mark& mark) { next_ = mark.block == blocks_ ? mark.next : next_; }
 
 private:
-    static constexpr size_t kAlignment = 8;
-    static constexpr size_t kBlockSize = 4096;
-
     void* allocate_beyond(size_t size);
     bool grow(size_t bytes);
     char* add_block(size_t bytes);

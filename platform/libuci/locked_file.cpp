@@ -13,6 +13,9 @@ namespace uci {
 
 namespace {
 
+static_assert(sizeof(off_t) == 8 && sizeof(ino_t) == 8,
+              "files would fail to open, or be overlooked");
+
 /// Far beyond any configuration; keeps a file gone wild from eating the memory of the device.
 constexpr off_t kLargestFile = off_t{16} << 20;
 

@@ -91,14 +91,4 @@ inline char* skip_name(char* text) {
     }
 }
 
-/// The first single quote or control character.
-inline char* skip_quoted(char* text) {
-    for (;; text += kScanStep) {
-        const uint32_t stops = stops_in(text);
-        if (stops) {
-            return text + lowest(stops);
-        }
-    }
-}
-
 } // namespace uci
