@@ -47,9 +47,13 @@ int replace_config(const Package& package, const LockedFile& config, const Locke
         return UCI_ERR_IO;
     }
     const bool has_staging = staging.file.is_open();
-    if ((has_staging && !mark_committed(staging, staged, info)) || !fresh.publish(package.path)) {
+    Buffer rest;
+    if (has_staging && !mark_committed(staging, staged, info, rest)) {
+        return UCI_ERR_IO;
+    }
+    if (!fresh.publish(package.path)) {
         if (has_staging) {
-            unmark(staging, staged);
+            unmark(staging, staged, rest);
         }
         return UCI_ERR_IO;
     }

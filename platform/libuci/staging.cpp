@@ -197,6 +197,17 @@ bool append(const LockedFile& staging, size_t size, std::string_view text) {
     return false;
 }
 
+/// What the file holds from there on.
+bool read_rest(const LockedFile& staging, size_t from, Buffer& rest) {
+    Arena arena;
+    Text text;
+    if (read_text(staging, arena, text) != UCI_OK || text.size < from) {
+        return false;
+    }
+    rest << std::string_view(text.data + from, text.size - from);
+    return rest.ok();
+}
+
 bool concerns(const Record& record, const char* section, const char* option) {
     return !section || (record.to.section == section &&
                         (!option || (record.to.has_option() && record.to.option == option)));
@@ -309,19 +320,28 @@ int drop_staged(uci_context* ctx, const Package& package, const char* section, c
     return done ? UCI_OK : UCI_ERR_IO;
 }
 
-bool mark_committed(const LockedFile& staging, const Staged& staged, const struct stat& config) {
+bool mark_committed(const LockedFile& staging, const Staged& staged, const struct stat& config,
+                    Buffer& rest) {
     // Within open quotes or on an open line the mark would not be a record of its own.
     Buffer line;
     line << (staged.line_open ? "\n" : "");
     write_mark(line, config);
-    const bool closed = staged.readable == static_cast<size_t>(staging.info.st_size) ||
-                        cut(staging, staged.readable);
-    return line.ok() && closed && append(staging, staged.readable, line.text()) &&
-           fdatasync(staging.file.fd()) == 0;
+    const bool whole = staged.readable == static_cast<size_t>(staging.info.st_size);
+    if (!line.ok() || (!whole && !read_rest(staging, staged.readable, rest))) {
+        return false;
+    }
+    const bool done = (whole || cut(staging, staged.readable)) &&
+                      append(staging, staged.readable, line.text()) &&
+                      fdatasync(staging.file.fd()) == 0;
+    if (!done) {
+        unmark(staging, staged, rest);
+    }
+    return done;
 }
 
-void unmark(const LockedFile& staging, const Staged& staged) {
-    (void)cut(staging, staged.readable); // if this fails, a mark alone does no harm
+void unmark(const LockedFile& staging, const Staged& staged, const Buffer& rest) {
+    // If this fails, a mark alone does no harm.
+    (void)(cut(staging, staged.readable) && write_all(staging.file, rest.text()));
 }
 
 bool empty_staging(const LockedFile& staging) {

@@ -6,6 +6,7 @@
 // one with fewer records. A commit that is killed leaves marks behind (marks.h).
 #pragma once
 
+#include "buffer.h"
 #include "edit.h"
 #include "locked_file.h"
 #include "model.h"
@@ -37,12 +38,13 @@ struct Staged {
 [[nodiscard]] int drop_staged(uci_context* ctx, const Package& package, const char* section,
                               const char* option);
 
-/// Appends the mark for a configuration file that is about to take its place.
+/// Appends the mark for a configuration file that is about to take its place, or changes nothing.
+/// @param rest  out: the unfinished last record, in whose place the mark is
 [[nodiscard]] bool mark_committed(const LockedFile& staging, const Staged& staged,
-                                  const struct stat& config);
+                                  const struct stat& config, Buffer& rest);
 
-/// Takes the mark away again.
-void unmark(const LockedFile& staging, const Staged& staged);
+/// Takes the mark away again and puts the rest back.
+void unmark(const LockedFile& staging, const Staged& staged, const Buffer& rest);
 
 [[nodiscard]] bool empty_staging(const LockedFile& staging);
 

@@ -175,9 +175,12 @@ TEST_F(Disk, a_commit_fails_when_the_file_is_a_link_to_another_disk) {
     if (device_of(target) == device_of(sandbox_.config)) {
         GTEST_SKIP() << "there is only one disk here";
     }
-    EXPECT_EQ(commit(sandbox_, "p"), UCI_ERR_IO);
-    EXPECT_TRUE(fs::is_symlink(sandbox_.config + "/p"));
-    EXPECT_EQ(files(), untouched());
+    for (const char* const unfinished : {"", "p.b.y='3'", "p.b.y='open quotes\np.b.z=3\n"}) {
+        write_file(sandbox_.staged + "/p", std::string(kStaged) + unfinished);
+        EXPECT_EQ(commit(sandbox_, "p"), UCI_ERR_IO);
+        EXPECT_TRUE(fs::is_symlink(sandbox_.config + "/p"));
+        EXPECT_EQ(files(), untouched() + unfinished);
+    }
 }
 
 /// Makes the store nobody's, a directory of it read-only, and acts as nobody.
