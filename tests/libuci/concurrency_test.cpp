@@ -84,6 +84,7 @@ TEST_F(Concurrency, all_of_the_first_saves_succeed_whoever_makes_the_directory) 
         fs::remove_all(sandbox_.staged);
         std::atomic<int> ready{0};
         std::vector<std::thread> savers;
+        savers.reserve(kSavers);
         for (int i = 0; i < kSavers; i++) {
             savers.emplace_back([&, i] {
                 const ContextPtr ctx = sandbox_.open();
