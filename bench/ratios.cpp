@@ -112,7 +112,7 @@ int take_json_descriptor(int& argc, char** argv) {
 
 // What a run does unless the caller's own arguments, which come later, say otherwise.
 std::vector<char*> with_defaults(int argc, char** argv) {
-    static char repetitions[] = "--benchmark_repetitions=9";
+    static char repetitions[] = "--benchmark_repetitions=25";
     static char interleaved[] = "--benchmark_enable_random_interleaving=true";
     static char time[] = "--benchmark_min_time=0.05";
     std::vector<char*> arguments = {argv[0], repetitions, interleaved, time};
