@@ -4,6 +4,7 @@
 #include "json.h"
 #include "operations.h"
 #include "support/access_point.h"
+#include "support/descriptors.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -199,17 +200,6 @@ private:
     std::vector<Step> steps_;
 };
 
-int open_descriptors() {
-    int count = 0;
-    for (int descriptor = 0; descriptor < 64; descriptor++) {
-        struct stat status = {};
-        if (fstat(descriptor, &status) == 0) {
-            count++;
-        }
-    }
-    return count;
-}
-
 int json_blocks = 0;
 
 void* take_json_block(size_t size) {
@@ -270,7 +260,7 @@ Observation run(const Invocation& invocation, const std::vector<Fault>& faults) 
     door.forget();
 
     Observation seen;
-    const int descriptors = open_descriptors();
+    const int descriptors = open_descriptors(Sockets::counted);
     std::optional<orloctl::Result> result;
     {
         const Watch watch(faults);
@@ -298,7 +288,8 @@ Observation run(const Invocation& invocation, const std::vector<Fault>& faults) 
     }
     seen.leftover += unreaped();
     const int kept = kept_descriptors(seen.steps);
-    seen.leftover += open_descriptors() > descriptors + kept ? "a descriptor; " : "";
+    seen.leftover +=
+        open_descriptors(Sockets::counted) > descriptors + kept ? "a descriptor; " : "";
     seen.leftover += door.contexts_in_use() != 0 ? "a store context; " : "";
     seen.blocks = door.blocks_in_use();
     seen.staged = Inside::staged();

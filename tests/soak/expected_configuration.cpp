@@ -1,24 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "soak/expected_configuration.h"
 
+#include "support/option_text.h"
+
 #include <cstdlib>
 #include <uci.h>
 
 namespace orlo::test {
 
 namespace {
-
-std::string text_of(const uci_option& option) {
-    if (option.type == UCI_TYPE_STRING) {
-        return option.v.string;
-    }
-    std::string text;
-    uci_element* element = nullptr;
-    uci_foreach_element(&option.v.list, element) {
-        text += (text.empty() ? "" : " ") + std::string(element->name);
-    }
-    return text;
-}
 
 void add_package(const uci_package& package, std::map<std::string, std::string>& all) {
     std::map<std::string, int> anonymous; // sections so far, by type

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "soak/health.h"
 
+#include "support/descriptors.h"
+
 #include <cstdio>
 #include <dirent.h>
 #include <malloc.h>
 #include <memory>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -32,10 +33,7 @@ long resident_bytes() {
 Health health_now() {
     Health health;
     health.resident = resident_bytes();
-    for (int descriptor = 0; descriptor < 256; descriptor++) {
-        struct stat status = {};
-        health.descriptors += fstat(descriptor, &status) == 0 ? 1 : 0;
-    }
+    health.descriptors = open_descriptors(Sockets::counted);
     siginfo_t ended = {};
     if (waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid != 0) {
         health.ended_children = 1;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support/access_point.h"
 
+#include "support/option_text.h"
+
 #include <algorithm>
 #include <fstream>
 #include <sstream>
@@ -34,18 +36,6 @@ struct WithoutStaged {
     WithoutStaged(const WithoutStaged&) = delete;
     WithoutStaged& operator=(const WithoutStaged&) = delete;
 };
-
-std::string text_of(const uci_option& option) {
-    if (option.type == UCI_TYPE_STRING) {
-        return option.v.string;
-    }
-    std::string text;
-    uci_element* element = nullptr;
-    uci_foreach_element(&option.v.list, element) {
-        text += (text.empty() ? "" : " ") + std::string(element->name);
-    }
-    return text;
-}
 
 std::string value_of(std::string option) {
     const Store store;

@@ -3,13 +3,13 @@
 // agent loads it. ctest names one test a run; started by hand for several, the program starts
 // itself again for each.
 #include "enter/virtual_ap.h"
+#include "support/descriptors.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -36,14 +36,7 @@ namespace {
 // Whatever a test is about: what it opens, and what the library opens in it, is closed behind it.
 class NothingStaysOpen : public testing::EmptyTestEventListener {
     // Files, folders and pipes. The library keeps the socket of its driver queries, by design.
-    static int open_files() {
-        int count = 0;
-        for (int descriptor = 0; descriptor < 256; descriptor++) {
-            struct stat status;
-            count += fstat(descriptor, &status) == 0 && !S_ISSOCK(status.st_mode) ? 1 : 0;
-        }
-        return count;
-    }
+    static int open_files() { return orlo::test::open_descriptors(orlo::test::Sockets::left_out); }
 
     void OnTestStart(const testing::TestInfo& /*test*/) override { before_ = open_files(); }
     void OnTestEnd(const testing::TestInfo& /*test*/) override {
